@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Installs what orvane needs to build and test on Debian: apt-get, through
+# sudo when not root, and only for the packages that are missing.
+set -e
+paquets=(g++ cmake make libgtest-dev libmimalloc-dev lua5.4 python3 python3-numpy hyperfine)
+manque=()
+for p in "${paquets[@]}"; do
+  dpkg -s "$p" >/dev/null 2>&1 || manque+=("$p")
+done
+[ ${#manque[@]} -eq 0 ] && exit 0
+sudo=""
+[ "$(id -u)" -eq 0 ] || sudo="sudo"
+$sudo apt-get update -qq
+DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${manque[@]}" >/dev/null

@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Installs, builds and runs every test: unit tests and transcripts.
+set -e
+racine="$(cd "$(dirname "$0")/.." && pwd)"
+bash "$racine/scripts/installe.sh"
+bash "$racine/scripts/construit.sh"
+cd "$racine/build"
+ctest --output-on-failure -j2 "$@"

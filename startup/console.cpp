@@ -1,0 +1,132 @@
+// The console: line reads that survive an interrupt, the interruption menu,
+// the page prompt and the one way of stopping on a fatal error.
+#include <signal.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "core/message.h"
+#include "startup/startup.h"
+
+volatile int interrompu = 0;
+
+namespace {
+// The handler only raises a flag: the menu runs where the program can
+// safely print and read, at the next console read or engine check, and a
+// restart unwinds by return codes rather than a long jump, so no destructor
+// is ever skipped.
+void sur_interruption(int) { interrompu = 1; }
+
+// Reads up to the newline; false at end of input. EINTR is reported to the
+// caller through errno.
+// Our own buffer over read(2): stdio would retry an interrupted read.
+char tampon[4096];
+int t_pos = 0, t_fin = 0;
+
+bool trop_long = false;
+
+bool lit_brut(char* buf, int taille, int* n) {
+  *n = 0;
+  trop_long = false;
+  for (;;) {
+    if (t_pos == t_fin) {
+      ssize_t r = read(STDIN_FILENO, tampon, sizeof tampon);
+      if (r == 0) return *n > 0;
+      if (r < 0) {
+        if (errno == EINTR && interrompu) return true;
+        if (errno == EINTR) continue;
+        return *n > 0;
+      }
+      t_pos = 0;
+      t_fin = static_cast<int>(r);
+    }
+    char c = tampon[t_pos++];
+    if (c == '\n') return true;
+    if (*n < taille - 1) buf[(*n)++] = c;
+    else trop_long = true;
+  }
+}
+}  // namespace
+
+void interruption_installe() {
+  struct sigaction ancien {};
+  sigaction(SIGINT, nullptr, &ancien);
+  if (ancien.sa_handler == SIG_IGN) return;
+  struct sigaction sa {};
+  sa.sa_handler = sur_interruption;
+  sigemptyset(&sa.sa_mask);
+  sa.sa_flags = 0;  // no restart: a blocked read must come back
+  sigaction(SIGINT, &sa, nullptr);
+}
+
+[[noreturn]] void arret_fatal(const char* texte) {
+  if (texte) std::fputs(texte, stdout);
+  std::fputs("0 pour finir\n", stdout);
+  std::fflush(stdout);
+  char buf[64];
+  int n;
+  lit_brut(buf, sizeof buf, &n);
+  std::exit(0);
+}
+
+int menu_interruption() {
+  interrompu = 0;
+  signal(SIGINT, SIG_IGN);
+  message(0, 71);
+  char buf[256];
+  int n;
+  bool lu = lit_brut(buf, sizeof buf, &n);
+  char r = lu && n > 0 ? buf[n - 1] : '0';
+  interruption_installe();
+  switch (r) {
+    case '0':
+      message(0, 8);
+      emp_vide();
+      return MENU_REPRISE;
+    case '2':
+      message(0, 79);
+      return MENU_REPRISE;
+    case 'b':
+      message(0, 5);
+      std::fflush(stdout);
+      std::exit(0);
+  }
+  message(0, 72);
+  return MENU_CONTINUE;
+}
+
+int console_lit(char* buf, int taille, bool* reprise) {
+  std::fflush(stdout);
+  *reprise = false;
+  int n;
+  for (;;) {
+    bool lu = lit_brut(buf, taille, &n);
+    if (interrompu) {
+      if (menu_interruption() == MENU_REPRISE) {
+        *reprise = true;
+        buf[0] = 0;
+        return 0;
+      }
+      continue;
+    }
+    if (!lu) return -1;
+    if (trop_long) {
+      message(0, 2);  // the whole line is read again
+      continue;
+    }
+    buf[n] = 0;
+    return n;
+  }
+}
+
+int pause_page(int c) {
+  message(0, 78);
+  char buf[256];
+  int n;
+  if (!lit_brut(buf, sizeof buf, &n) || n == 0) return '\n';
+  int r = static_cast<unsigned char>(buf[n > 1 ? n - 1 : 0]);
+  return r == c ? 0 : r;
+}

@@ -1,0 +1,16 @@
+// Private helpers of the start-up folder.
+#pragma once
+#include <string>
+
+// Reads a whole file; false if it cannot be opened.
+bool lit_fichier(const char* chemin, std::string& texte);
+// Key readers.
+void cles_ligne_commande(int argc, char** argv, bool premiere);
+void cles_enva(const char* texte);
+void cles_envb(const char* texte);
+void cles_graphiques_ligne_commande(int argc, char** argv);
+void aide_base();
+void aide_graphique();
+void init_graphique(int argc, char** argv, bool aide);
+// Text of an environment's key file, kept until the end of start-up.
+const char* texte_env(int e);

@@ -1,0 +1,179 @@
+// Keyword files: one record per keyword, its position the ordinal.
+//   |4: vol volume Volume        names: primary, aliases, long names
+//   0 1 0 0 1,0.5,[3]=2          e1 etat e3 e4, then the default values
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "core/message.h"
+#include "startup/interne.h"
+#include "startup/startup.h"
+
+Vocabulaire vocab;
+
+namespace {
+inline bool blanc(char c) { return c == ' ' || c == '\t' || c == ',' || (c > 0 && c < ' ' && c != '\n'); }
+
+// Names: each blank ends a name; two blanks in a row, a trailing blank or
+// the end of the line end the list. A tab does not separate.
+const char* lit_noms(const char* p, std::string& noms) {
+  for (;;) {
+    const char* d = p;
+    while (*p && *p != ' ' && *p != '\n' && *p != '\r') ++p;
+    if (p == d) break;
+    noms.append(d, p);
+    noms.push_back('\0');
+    if (*p != ' ') break;
+    ++p;
+    if (*p == ' ' || *p == '\n' || *p == '\r' || !*p) break;
+  }
+  noms.push_back('\0');
+  while (*p && *p != '\n') ++p;
+  return *p ? p + 1 : p;
+}
+
+// Values up to the end of the record: "," or tab between numbers, "." ends
+// the list, [n] is n zeros, [n]=v n times v, "\" goes on with the next line.
+const char* lit_valeurs(const char* p, std::vector<float>& v) {
+  for (;;) {
+    char c = *p;
+    if (c == ',' || c == '\t' || c == ' ' || c == '\r') {
+      ++p;
+    } else if (c == '\\') {
+      while (*p && *p != '\n') ++p;
+      if (*p) ++p;
+    } else if (c == '.' || c == '\n' || c == '\0' || c == '|') {
+      break;
+    } else if (c == '[') {
+      char* fin;
+      long n = std::strtol(p + 1, &fin, 10);
+      p = fin;
+      if (*p == ']') ++p;
+      float x = 0;
+      if (*p == '=') {
+        x = std::strtof(p + 1, &fin);
+        p = fin;
+      }
+      for (long k = 0; k < n; ++k) v.push_back(x);
+    } else {
+      char* fin;
+      float x = std::strtof(p, &fin);
+      if (fin == p) {
+        ++p;  // a stray character is passed over
+        continue;
+      }
+      v.push_back(x);
+      p = fin;
+    }
+  }
+  return p;
+}
+
+struct Brut {
+  std::size_t noms;  // offset in the name store
+  int e[4];
+  std::size_t v0, nv;
+};
+
+int compare_signe(const char* a, const char* b) {
+  for (;; ++a, ++b) {
+    signed char x = static_cast<signed char>(*a), y = static_cast<signed char>(*b);
+    if (x != y) return x < y ? -1 : 1;
+    if (!x) return 0;
+  }
+}
+}  // namespace
+
+int kom_analyse(std::string_view source, int env) {
+  std::string texte(source);
+  const char* p = std::strchr(texte.c_str(), '|');
+  std::string noms;
+  std::vector<float> valeurs;
+  std::vector<Brut> bruts;
+  while (p && *p == '|') {
+    Brut r{};
+    ++p;
+    while (*p && *p != ':' && *p != '\n') ++p;
+    if (*p == ':') ++p;
+    while (*p == ' ' || *p == '\t') ++p;
+    r.noms = noms.size();
+    p = lit_noms(p, noms);
+    for (int k = 0; k < 4; ++k) {
+      while (blanc(*p)) ++p;
+      char* fin;
+      r.e[k] = static_cast<int>(std::strtol(p, &fin, 10));
+      p = fin;
+    }
+    r.v0 = valeurs.size();
+    p = lit_valeurs(p, valeurs);
+    r.nv = valeurs.size() - r.v0;
+    bruts.push_back(r);
+    p = std::strchr(p, '|');
+  }
+
+  int nb = static_cast<int>(bruts.size());
+  auto* mots = static_cast<MotCle*>(tas::alloue(sizeof(MotCle) * (nb ? nb : 1)));
+  auto* entiers = static_cast<mot*>(tas::alloue(sizeof(mot) * 3 * (nb ? nb : 1)));
+  auto* store = static_cast<char*>(tas::alloue(noms.size() + 1));
+  // Defaults and current values sit at equal distance in one allocation.
+  std::size_t moitie = 4 * bruts.size() + valeurs.size();
+  auto* vals = static_cast<mot*>(tas::alloue(sizeof(mot) * (2 * moitie + 1)));
+  if (!mots || !entiers || !store || !vals) {
+    std::fputs("ERREUR ALLOCATION\n\x07", stdout);
+    return -1;
+  }
+  std::memcpy(store, noms.data(), noms.size());
+  TableMots& t = vocab.tables[env];
+  t.nb = nb;
+  t.mots = mots;
+  t.etats_defaut = entiers;
+  t.etats = entiers + nb;
+  t.index = entiers + 2 * nb;
+  mot* d = vals;
+  for (int i = 0; i < nb; ++i) {
+    const Brut& r = bruts[i];
+    MotCle& m = mots[i];
+    m.noms = store + r.noms;
+    m.env = env;
+    m.ordinal = i;
+    m.e1 = r.e[0];
+    m.etat = r.e[1];
+    m.e3 = r.e[2];
+    m.e4 = r.e[3];
+    m.nv = static_cast<int>(r.nv);
+    m.defaut = d;
+    m.courant = d + moitie;
+    d[0] = static_cast<mot>(4 + r.nv);
+    d[1] = BLOC_REEL;
+    d[2] = static_cast<mot>(r.nv);
+    d[3] = 1;
+    for (std::size_t k = 0; k < r.nv; ++k) ecrit_reel(d + 4 + k, valeurs[r.v0 + k]);
+    std::memcpy(m.courant, d, sizeof(mot) * (4 + r.nv));
+    d += 4 + r.nv;
+    t.etats_defaut[i] = m.etat;
+    t.etats[i] = m.etat;
+    t.index[i] = i;
+    if (i == 9) {
+      vocab.valeurs9_defaut = m.defaut;
+      vocab.valeurs9_courant = m.courant;
+    }
+  }
+  // A plain exchange sort on signed bytes: a prefix comes first.
+  for (int i = 0; i < nb; ++i)
+    for (int j = i + 1; j < nb; ++j)
+      if (compare_signe(mots[t.index[i]].noms, mots[t.index[j]].noms) > 0) std::swap(t.index[i], t.index[j]);
+  if (env >= vocab.nb_env) vocab.nb_env = env + 1;
+  etats[env] = t.etats;
+  return 0;
+}
+
+int kom_charge(const char* chemin, int env) {
+  std::string texte;
+  if (!lit_fichier(chemin, texte)) {
+    erreur_fichier(chemin);
+    arret_fatal(nullptr);
+  }
+  if (kom_analyse(texte, env) < 0) arret_fatal(nullptr);
+  return 0;
+}

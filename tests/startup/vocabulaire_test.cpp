@@ -1,0 +1,142 @@
+// The readers of keyword and message files, and the table built from them.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "core/message.h"
+#include "startup/startup.h"
+
+namespace {
+constexpr const char* KOM =
+    "liste de test: tout ce qui precede la premiere barre est commentaire\n"
+    "|0: zz\n"
+    "0 1 0 0 .\n"
+    "|1: vol volume Volume\n"
+    "0 1 0 0 .\n"
+    "|2: lum\n"
+    "0 0 0 0 1,[2]=3,[1]\n"
+    "|3: a b  c\n"
+    "7,2,8\t9 4,\\ la suite est ignoree\n"
+    "5,6\n"
+    "|4: ?4\n"
+    "0 0 0 0 .\n"
+    "|5: vo\n"
+    "0 3 0 0 .\n";
+
+void charge() {
+  vocab = Vocabulaire{};
+  ASSERT_EQ(kom_analyse(KOM, 0), 0);
+}
+
+std::vector<float> valeurs(int ord) {
+  int n = -1;
+  reel* v = mot_valeur(0, ord, &n);
+  return std::vector<float>(v, v + n);
+}
+}  // namespace
+
+TEST(Kom, ValueListsAndStates) {
+  charge();
+  EXPECT_EQ(vocab.tables[0].nb, 6);
+  EXPECT_TRUE(valeurs(0).empty());
+  EXPECT_EQ(valeurs(2), (std::vector<float>{1, 3, 3, 0}));
+  EXPECT_EQ(valeurs(3), (std::vector<float>{4, 5, 6}));  // "\" goes on
+  MotCle* m = mot_entree(0, 3);
+  EXPECT_EQ(m->e1, 7);
+  EXPECT_EQ(m->etat, 2);
+  EXPECT_EQ(m->e3, 8);
+  EXPECT_EQ(m->e4, 9);
+  EXPECT_EQ(vocab.tables[0].etats[5], 3);
+  EXPECT_EQ(mot_dim(0, 2), 4);
+  // Defaults and current values are separate copies.
+  int n;
+  mot_valeur(0, 2, &n)[0] = 42;
+  EXPECT_EQ(mot_defaut(0, 2, &n)[0], 1.f);
+  mots_reinit();
+  EXPECT_EQ(valeurs(2)[0], 1.f);
+}
+
+TEST(Kom, NamesEndAtDoubleBlank) {
+  charge();
+  EXPECT_STREQ(mot_nom(0, 3), "a");
+  EXPECT_STREQ(mot_nom_long(0, 3), "b");
+  EXPECT_STREQ(mot_nom_long(0, 1), "Volume");
+  EXPECT_STREQ(mot_nom_long(0, 2), "lum");
+  EXPECT_EQ(mot_cherche("c"), nullptr);
+}
+
+TEST(Kom, SearchByNameAtWordBoundary) {
+  charge();
+  EXPECT_EQ(mot_cherche("vol(1)"), mot_entree(0, 1));
+  EXPECT_EQ(mot_cherche("volume 2"), mot_entree(0, 1));
+  EXPECT_EQ(mot_cherche("volx"), nullptr);
+  EXPECT_EQ(mot_cherche("Volume"), nullptr);  // capitalised words never match
+  EXPECT_EQ(mot_cherche_long("Volume"), mot_entree(0, 1));
+  EXPECT_EQ(mot_cherche_long("vol"), nullptr);  // the primary name is not tested
+  EXPECT_EQ(mot_cherche("vo=3"), mot_entree(0, 5));
+}
+
+TEST(Kom, IndexSortedWithPrefixFirst) {
+  charge();
+  std::vector<std::string> noms;
+  for (int i = 0; i < vocab.tables[0].nb; ++i) noms.push_back(mot_nom(0, vocab.tables[0].index[i]));
+  EXPECT_EQ(noms, (std::vector<std::string>{"?4", "a", "lum", "vo", "vol", "zz"}));
+}
+
+TEST(Kom, BadPairsReportAndPartialResets) {
+  charge();
+  EXPECT_EQ(mot_entree(0, 99), nullptr);
+  EXPECT_EQ(mot_entree(3, 0), nullptr);
+  testing::internal::CaptureStdout();
+  int n;
+  EXPECT_EQ(mot_valeur(0, 99, &n), nullptr);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "0 99: ");
+  mot* e = vocab.tables[0].etats;
+  e[1] = 0;  // default 1
+  e[2] = 5;  // default 0
+  mots_reinit_etats(true);
+  EXPECT_EQ(e[1], 1);
+  EXPECT_EQ(e[2], 5);
+  mots_reinit_etats(false);
+  EXPECT_EQ(e[2], 0);
+}
+
+TEST(Mes, EscapesAndMessageBoundaries) {
+  messages = Messages{};
+  ASSERT_EQ(mes_analyse("commentaire |0:\n"
+                        "|1:\\n\n"
+                        "|2:deux\nlignes\\7\\e\n"
+                        "|3:code \\x65 \\t.\n"
+                        "|4:dernier sans barre\n",
+                        0),
+            0);
+  messages.charges = true;
+  EXPECT_EQ(messages.tables[0].nb, 5);
+  EXPECT_STREQ(message_texte(0, 0), "");
+  EXPECT_STREQ(message_texte(0, 1), "\n");
+  EXPECT_STREQ(message_texte(0, 2), "deux\nlignes\a ");
+  EXPECT_STREQ(message_texte(0, 3), "code A \t.");
+  EXPECT_STREQ(message_texte(0, 4), "dernier sans barre\n");
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(message_texte(0, 5), nullptr);
+  EXPECT_EQ(message(1, 0), -1);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "MESSAGE 0 5 ILLEGAL\a\nMESSAGE 1 0 ILLEGAL\a\n");
+}
+
+TEST(Mes, BellFollowsA52AndFallbackBeforeTables) {
+  messages = Messages{};
+  testing::internal::CaptureStdout();
+  message(0, 28);
+  message(0, 3);  // not one of the five: nothing
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "erreur allocation\a\n");
+  mes_analyse("|0:a\\7b", 0);
+  messages.charges = true;
+  mot table[60] = {};
+  etats[0] = table;
+  testing::internal::CaptureStdout();
+  message(0, 0);
+  table[52] = 1;
+  message(0, 0);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "ab" "a\ab");
+  etats[0] = nullptr;
+}
