@@ -51,15 +51,21 @@ bool lit_brut(char* buf, int taille, int* n) {
 }
 }  // namespace
 
-void interruption_installe() {
-  struct sigaction ancien {};
-  sigaction(SIGINT, nullptr, &ancien);
-  if (ancien.sa_handler == SIG_IGN) return;
+namespace {
+void pose_gestionnaire() {
   struct sigaction sa {};
   sa.sa_handler = sur_interruption;
   sigemptyset(&sa.sa_mask);
   sa.sa_flags = 0;  // no restart: a blocked read must come back
   sigaction(SIGINT, &sa, nullptr);
+}
+}  // namespace
+
+// A program started with the interrupt ignored (in the background) keeps it so.
+void interruption_installe() {
+  struct sigaction ancien {};
+  sigaction(SIGINT, nullptr, &ancien);
+  if (ancien.sa_handler != SIG_IGN) pose_gestionnaire();
 }
 
 [[noreturn]] void arret_fatal(const char* texte) {
@@ -80,7 +86,7 @@ int menu_interruption() {
   int n;
   bool lu = lit_brut(buf, sizeof buf, &n);
   char r = lu && n > 0 ? buf[n - 1] : '0';
-  interruption_installe();
+  pose_gestionnaire();
   switch (r) {
     case '0':
       message(0, 8);
