@@ -16,6 +16,33 @@ TEST(Echec, StatementFailureSetsA108AndReports) {
   EXPECT_EQ(mot_valeur(0, A_ERR, &n)[0], -1.f);
 }
 
+TEST(Rapport, ObjectThenContextThenMessage) {
+  environnement();
+  Objet* v = objet_cree(1, B_VOL, B_SORTE_14, nullptr, nullptr, 3);
+  auto r = reels_({1.5f, 2});
+  EXPECT_EQ(sortie_de([&] { erreur_objet(v, 7, "ctx", r.data(), 2, 0, 61); }),
+            "b4 3 7: ctx: 2.000000 [61]");
+  EXPECT_EQ(sortie_de([&] { erreur_objet(v, 0, nullptr, r.data(), 0, 0, 61); }),
+            "b4 3 1.500000 2.000000 [61]");
+  EXPECT_EQ(sortie_de([&] { erreur_objet(nullptr, 0, nullptr, r.data(), 5, 0, 61); }),
+            "5: [66][61]");
+  auto l = liste_({chaine_("mot"), std::vector<mot>{6, BLOC_ENTIER, 2, 1, 4, -5}});
+  EXPECT_EQ(sortie_de([&] { erreur_objet(nullptr, 0, nullptr, l.data(), 0, 0, 61); }),
+            "mot 4 -5 [61]");
+  EXPECT_EQ(sortie_de([&] { erreur_nom(v, 0, 9, "!\n"); }), "b4 3  B4 B14 [9]!\n");
+  Objet* g = objet_cree(0, OBJ_GLOBAL, 0, nullptr, "gx", 0);
+  EXPECT_EQ(sortie_de([&] { erreur_nul(g); }), "a21 gx [22]");
+  Objet* s = objet_cree(0, OBJ_STATIQUE, 0, nullptr, "sx", 1);
+  EXPECT_EQ(sortie_de([&] { erreur_usage(s); }), "a45 sx [14]");
+  Objet local{};
+  local.type = OBJ_LOCAL;
+  local.numero = -2;
+  EXPECT_EQ(sortie_de([&] { erreur_usage(&local); }), "LOC2 [14]");
+  auto c = chaine_("absent");
+  EXPECT_EQ(sortie_de([&] { erreur_element(c.data(), 1); }), "absent [9]");
+  EXPECT_EQ(sortie_de([] { erreur_interne("x"); }), "[104]x\a\n");
+}
+
 TEST(Utilisateur, FieldsAndMessagesBetweenSemicolons) {
   environnement();
   ASSERT_EQ(message_utilisateur_charge("t", ";a|b;;c;"), 0);

@@ -18,6 +18,8 @@ namespace outils {
 inline void environnement(long obj = 100, long emp = 200) {
   ASSERT_TRUE(tas::init());
   ASSERT_EQ(piles_alloue(20, 2000, obj, emp), 0);
+  objet_courant = nullptr;
+  cadre = Cadre{};
   vocab = Vocabulaire{};
   messages = Messages{};
   for (int e = 0; e < 2; ++e) {

@@ -1,0 +1,198 @@
+// The object table: entry reuse, numbering, searches, deletion by type,
+// generic creation from a sentence and the failures that must lose nothing.
+#include <cstring>
+
+#include "tests/core/outils.h"
+
+using namespace outils;
+
+TEST(Table, FreedEntryBelowMarkIsReusedFirst) {
+  environnement();
+  Objet* a = objet_cree(1, B_VOL, 0, nullptr, nullptr, 1);
+  Objet* b = objet_cree(1, B_VOL, 0, nullptr, nullptr, 2);
+  Objet* c = objet_cree(1, B_LUM, 0, nullptr, nullptr, 1);
+  Objet* marque = piles.obj_haut;
+  objet_supprime(c);
+  objet_supprime(a);
+  Objet* d = objet_cree(1, B_TRA, 0, nullptr, nullptr, 7);
+  EXPECT_EQ(d, a);  // the first free from the start, not the last freed
+  EXPECT_EQ(objet_cree(1, B_TRA, 0, nullptr, nullptr, 8), c);
+  EXPECT_EQ(piles.obj_haut, marque);
+  EXPECT_EQ(objet_cree(1, B_TRA, 0, nullptr, nullptr, 9), marque);
+  EXPECT_EQ(b->numero, 2);
+  // Emptying brings the mark back to the start.
+  objets_vide();
+  EXPECT_EQ(piles.obj_haut, piles.obj_base);
+  EXPECT_EQ(objet_cree(1, B_VOL, 0, nullptr, nullptr, 1), piles.obj_base);
+}
+
+TEST(Table, FullTableReportsAndKeepsEarlierObjects) {
+  environnement(3);
+  objet_cree(1, B_VOL, 0, nullptr, "a", 0);
+  objet_cree(1, B_VOL, 0, nullptr, nullptr, 2);
+  auto v = reels_({5});
+  objet_cree(1, B_LUM, 0, v.data(), nullptr, 1);
+  long compteur = memoire.compteur;
+  Objet* o = reinterpret_cast<Objet*>(1);
+  EXPECT_EQ(sortie_de([&] { o = objet_cree(1, B_VOL, 0, v.data(), "x", 9); }), "[15]");
+  EXPECT_EQ(o, nullptr);
+  EXPECT_EQ(memoire.compteur, compteur);  // the data copy was given back
+  EXPECT_EQ(nb_objets(), 3);
+  EXPECT_STREQ(objet_trouve(B_VOL, 0, 0, "a")->nom, "a");
+  EXPECT_EQ(lit_reel(objet_trouve(B_LUM, 0, 1, nullptr)->donnees + 4), 5.f);
+}
+
+TEST(Table, NameCountsTwiceInAllocationCounter) {
+  environnement();
+  long avant = memoire.compteur;
+  Objet* o = objet_cree(1, B_VOL, 0, nullptr, "nom", 0);
+  EXPECT_EQ(memoire.compteur, avant + 2);
+  objet_supprime(o);
+  EXPECT_EQ(memoire.compteur, avant + 1);
+  auto v = reels_({1, 2});
+  o = objet_cree(1, B_VOL, 0, v.data(), "", 0);  // an empty name is no name
+  EXPECT_EQ(o->nom, nullptr);
+  EXPECT_NE(o->donnees, v.data());
+  EXPECT_EQ(o->donnees[0], 6);
+  objet_supprime(o);
+  EXPECT_EQ(memoire.compteur, avant + 1);
+}
+
+TEST(Numeros, MaxAndMinPerEnvAndType) {
+  environnement();
+  EXPECT_EQ(numero_max(1, B_VOL), 0);
+  EXPECT_EQ(numero_min(1, B_VOL), 0);
+  Objet* a = objet_cree_arg(1, B_VOL, nullptr, 0);
+  Objet* b = objet_cree_arg(1, B_VOL, nullptr, 0);
+  EXPECT_EQ(a->numero, 1);
+  EXPECT_EQ(b->numero, 2);
+  objet_cree(1, B_VOL, 0, nullptr, nullptr, -7);
+  objet_cree(0, B_VOL, 0, nullptr, nullptr, 50);  // other env: not counted
+  EXPECT_EQ(numero_max(1, B_VOL), 2);
+  EXPECT_EQ(numero_min(1, B_VOL), -7);
+}
+
+TEST(Trouve, CurrentObjectNamesAndNumbers) {
+  environnement();
+  Objet* v3 = objet_cree(1, B_VOL, 14, nullptr, nullptr, 3);
+  Objet* zero = objet_cree(1, B_VOL, 0, nullptr, nullptr, 0);
+  Objet* nomme = objet_cree(1, B_VOL, 0, nullptr, "cube", 5);
+  objet_courant = v3;
+  EXPECT_EQ(objet_trouve(TYPE_COURANT, 99, 1234, "rien"), v3);
+  EXPECT_EQ(objet_trouve_arg(1, TYPE_COURANT, nullptr, 8), v3);
+  EXPECT_EQ(objet_trouve(B_VOL, 0, 3, nullptr), v3);
+  EXPECT_EQ(objet_trouve(B_VOL, 14, 3, nullptr), v3);
+  EXPECT_EQ(objet_trouve(B_VOL, 15, 3, nullptr), nullptr);
+  EXPECT_EQ(objet_trouve(B_VOL, 0, 0, nullptr), zero);
+  EXPECT_EQ(objet_trouve(B_VOL, 0, 0, "cube"), nomme);
+  EXPECT_EQ(objet_trouve(B_VOL, 0, 5, "cube"), nomme);
+  EXPECT_EQ(objet_trouve(B_VOL, 0, 6, "cube"), nullptr);  // both must match
+  EXPECT_EQ(objet_trouve(B_LUM, 0, 3, nullptr), nullptr);
+}
+
+TEST(Trouve, ByArgumentElements) {
+  environnement();
+  Objet* v2 = objet_cree(1, B_VOL, 0, nullptr, nullptr, 2);
+  Objet* nomme = objet_cree(1, B_VOL, 0, nullptr, "sol", 0);
+  objet_cree(0, B_VOL, 0, nullptr, nullptr, 4);
+  auto r = reels_({9, 2.7f});
+  EXPECT_EQ(objet_trouve_arg(1, B_VOL, r.data(), 2), v2);  // truncated
+  EXPECT_EQ(objet_trouve_arg(1, B_VOL, r.data(), 3), nullptr);
+  std::vector<mot> ent{6, BLOC_ENTIER, 2, 1, 2, 4};
+  EXPECT_EQ(objet_trouve_arg(1, B_VOL, ent.data(), 1), v2);
+  EXPECT_EQ(objet_trouve_arg(1, B_VOL, ent.data(), 2), nullptr);  // env 0 one
+  auto s = chaine_("sol");
+  EXPECT_EQ(objet_trouve_arg(1, B_VOL, s.data(), 1), nomme);
+  auto l = liste_({chaine_("x"), reels_({2})});
+  EXPECT_EQ(objet_trouve_arg(1, B_VOL, l.data(), 2), v2);
+  EXPECT_EQ(objet_trouve_arg(1, B_VOL, nullptr, 2), v2);  // i is the number
+  EXPECT_EQ(objet_trouve2(B_VOL, 0, nullptr, 2), v2);
+}
+
+TEST(Trouve, FunctionsByTheFirstWordOfTheirText) {
+  environnement();
+  auto texte = [](const char* t) {
+    std::vector<mot> b = chaine_(t);
+    b[1] = BLOC_FONCTION;
+    return b;
+  };
+  auto t1 = texte("/* tete */\n# ligne\nfa(x) { }");
+  auto t2 = texte("  f(x) { }");
+  Objet* fa = objet_cree(0, A_FONC, 0, t1.data(), nullptr, 1);
+  Objet* f = objet_cree(0, A_FONC, 0, t2.data(), nullptr, 2);
+  EXPECT_EQ(objet_trouve(A_FONC, 0, 0, "f"), f);
+  EXPECT_EQ(objet_trouve(A_FONC, 0, 0, "fa"), fa);
+  EXPECT_EQ(fonction_trouve("fab"), nullptr);
+}
+
+TEST(Creation, ListArgumentCreatesNothingAndDeletesNothing) {
+  environnement();
+  Objet* v2 = objet_cree(1, B_VOL, 0, nullptr, nullptr, 2);
+  auto l = liste_({reels_({2})});
+  Objet* fin = piles.obj_haut;
+  EXPECT_EQ(objet_cree_arg(1, B_VOL, l.data(), 1), nullptr);
+  EXPECT_EQ(piles.obj_haut, fin);
+  EXPECT_EQ(v2->type, B_VOL);
+  std::vector<mot> ent{5, BLOC_ENTIER, 1, 1, 2};
+  EXPECT_EQ(objet_cree_arg(1, B_VOL, ent.data(), 1), nullptr);
+  EXPECT_EQ(nb_objets(), 1);
+}
+
+TEST(Creation, ArgumentReplacesTheObjectItNames) {
+  environnement();
+  auto v = reels_({1});
+  Objet* ancien = objet_cree(1, B_VOL, 0, v.data(), nullptr, 3);
+  auto a = reels_({3.9f});
+  Objet* o = objet_cree_arg(1, B_VOL, a.data(), 1);
+  ASSERT_NE(o, nullptr);
+  EXPECT_EQ(o, ancien);  // the freed entry, reused
+  EXPECT_EQ(o->numero, 3);
+  EXPECT_EQ(o->donnees, nullptr);
+  auto s = chaine_("boite");
+  Objet* n = objet_cree_arg(1, B_VOL, s.data(), 1);
+  EXPECT_STREQ(objet_nom(n), "boite");
+  EXPECT_EQ(n->numero, 0);
+  EXPECT_EQ(nb_objets(), 2);
+}
+
+TEST(Suppression, FunctionTakesItsStaticsAndOnlyThose) {
+  environnement();
+  Objet* f = objet_cree(0, A_FONC, 0, nullptr, nullptr, 3);
+  Objet* s1 = objet_cree(0, OBJ_STATIQUE, 0, nullptr, "x", 3);
+  Objet* autre_fonction = objet_cree(0, OBJ_STATIQUE, 0, nullptr, "y", 4);
+  Objet* s2 = objet_cree(0, OBJ_STATIQUE, 0, nullptr, "z", 3);
+  Objet* autre_sous_type = objet_cree(0, OBJ_STATIQUE, 1, nullptr, "w", 3);
+  Objet* globale = objet_cree(0, OBJ_GLOBAL, 0, nullptr, "x", 3);
+  objet_supprime(f);
+  EXPECT_EQ(f->type, 0);
+  EXPECT_EQ(s1->type, 0);
+  EXPECT_EQ(s2->type, 0);
+  EXPECT_EQ(autre_fonction->type, OBJ_STATIQUE);
+  EXPECT_EQ(autre_sous_type->type, OBJ_STATIQUE);
+  EXPECT_EQ(globale->type, OBJ_GLOBAL);
+}
+
+TEST(Resout, ReferencesVariablesAndFrameSlots) {
+  environnement();
+  Objet* g = objet_cree(0, OBJ_GLOBAL, 0, nullptr, "g", 0);
+  EXPECT_EQ(objet_resout(g), g);
+  Objet ref{};
+  ref.type = OBJ_REFERENCE;
+  ref.donnees = reinterpret_cast<mot*>(g);
+  EXPECT_EQ(objet_resout(&ref), g);
+  Objet local{};
+  local.type = OBJ_LOCAL;
+  local.numero = 2;
+  Objet* r = reinterpret_cast<Objet*>(1);
+  EXPECT_EQ(sortie_de([&] { r = objet_resout(&local); }), "[81]");  // top level
+  EXPECT_EQ(r, nullptr);
+  Objet slots[3] = {};
+  for (int i = 0; i < 3; ++i) slots[i].numero = i + 1;
+  cadre.locaux = slots;
+  cadre.nb = 3;
+  EXPECT_EQ(objet_resout(&local), &slots[1]);
+  local.numero = 4;
+  EXPECT_EQ(sortie_de([&] { r = objet_resout(&local); }), "[81]");
+  EXPECT_EQ(sortie_de([&] { r = objet_resout(objet_cree(1, B_VOL, 0, nullptr, nullptr, 1)); }),
+            "[81]");
+}
