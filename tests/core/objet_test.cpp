@@ -155,6 +155,26 @@ TEST(Creation, ArgumentReplacesTheObjectItNames) {
   EXPECT_EQ(nb_objets(), 2);
 }
 
+TEST(Creation, DuplicateIsDeep) {
+  environnement();
+  auto v = reels_({1, 2});
+  Objet* o = objet_cree(1, B_LUM, 7, nullptr, "l", 4);
+  attribut_ecrit_1(o, 1, 86, reels(v.data() + 4), 2, 0);
+  o->code = bloc_alloue(4);
+  Objet* c = objet_duplique(o);
+  ASSERT_NE(c, nullptr);
+  EXPECT_NE(c, o);
+  EXPECT_EQ(c->sous_type, 7);
+  EXPECT_EQ(c->numero, 4);
+  EXPECT_NE(c->nom, o->nom);
+  EXPECT_STREQ(c->nom, "l");
+  EXPECT_EQ(c->code, nullptr);
+  mot* a = attribut_valeur_1(c->donnees, 1, 86);
+  ASSERT_NE(a, nullptr);
+  EXPECT_NE(a, attribut_valeur_1(o->donnees, 1, 86));
+  EXPECT_EQ(lit_reel(a + 5), 2.f);
+}
+
 TEST(Suppression, FunctionTakesItsStaticsAndOnlyThose) {
   environnement();
   Objet* f = objet_cree(0, A_FONC, 0, nullptr, nullptr, 3);
@@ -170,6 +190,22 @@ TEST(Suppression, FunctionTakesItsStaticsAndOnlyThose) {
   EXPECT_EQ(autre_fonction->type, OBJ_STATIQUE);
   EXPECT_EQ(autre_sous_type->type, OBJ_STATIQUE);
   EXPECT_EQ(globale->type, OBJ_GLOBAL);
+}
+
+TEST(Suppression, OwnedDataGoesAliasTargetStays) {
+  environnement();
+  Objet* cible = objet_cree(1, B_VOL, 0, nullptr, nullptr, 1);
+  auto v = reels_({1});
+  attribut_ecrit_1(cible, 1, 86, reels(v.data() + 4), 1, 0);
+  Objet* alias = objet_cree(0, OBJ_ALIAS, 0, nullptr, "a", 0);
+  alias->donnees = reinterpret_cast<mot*>(cible);
+  long avant = memoire.compteur;
+  objet_supprime(alias);
+  EXPECT_EQ(memoire.compteur, avant - 1);  // its name only
+  EXPECT_EQ(cible->type, B_VOL);
+  objet_supprime(cible);  // the list and its attribute
+  EXPECT_EQ(memoire.compteur, avant - 3);
+  EXPECT_EQ(cible->donnees, nullptr);
 }
 
 TEST(Resout, ReferencesVariablesAndFrameSlots) {
