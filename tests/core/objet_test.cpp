@@ -40,6 +40,13 @@ TEST(Table, FullTableReportsAndKeepsEarlierObjects) {
   EXPECT_EQ(nb_objets(), 3);
   EXPECT_STREQ(objet_trouve(B_VOL, 0, 0, "a")->nom, "a");
   EXPECT_EQ(lit_reel(objet_trouve(B_LUM, 0, 1, nullptr)->donnees + 4), 5.f);
+  // Generic creation on a full table fails cleanly too.
+  Phrase p;
+  p.clause(1, B_VOL, reels_({4}));
+  int r = 0;
+  EXPECT_EQ(sortie_de([&] { r = objet_cree_phrase(*p); }), "[15]");
+  EXPECT_EQ(r, -1);
+  EXPECT_EQ(piles.emp[2], 0);
 }
 
 TEST(Table, NameCountsTwiceInAllocationCounter) {
@@ -231,4 +238,78 @@ TEST(Resout, ReferencesVariablesAndFrameSlots) {
   EXPECT_EQ(sortie_de([&] { r = objet_resout(&local); }), "[81]");
   EXPECT_EQ(sortie_de([&] { r = objet_resout(objet_cree(1, B_VOL, 0, nullptr, nullptr, 1)); }),
             "[81]");
+}
+
+TEST(Phrase, CreatesNumberedObjectsAndPushesThePhrase) {
+  environnement();
+  Phrase p;
+  p.clause(1, B_VOL).clause(1, 30);  // no number: the next one
+  EXPECT_EQ(objet_cree_phrase(*p), 0);
+  Objet* o = objet_trouve(B_VOL, 0, 1, nullptr);
+  ASSERT_NE(o, nullptr);
+  EXPECT_EQ(o->sous_type, 30);
+  EXPECT_EQ(piles.emp[2], 1);
+  EXPECT_EQ(piles.emp[4], p.m[0]);
+  EXPECT_EQ(piles.emp[5], BLOC_PHRASE);
+
+  Phrase q;  // vol(1) b14(2,3) b48(5.5): replaces volume 1
+  q.clause(1, B_VOL, reels_({1}))
+      .clause(1, B_SORTE_14, reels_({2, 3}))
+      .clause(1, B_F4, reels_({5.5f}));
+  EXPECT_EQ(objet_cree_phrase(*q), 0);
+  EXPECT_EQ(nb_objets(), 1);
+  o = objet_trouve(B_VOL, 0, 1, nullptr);
+  EXPECT_EQ(o->sous_type, B_SORTE_14);
+  EXPECT_EQ(o->f4, 5);
+  mot* sorte = attribut_valeur_1(o->donnees, 1, B_SORTE_14);
+  ASSERT_NE(sorte, nullptr);
+  EXPECT_EQ(lit_reel(sorte + 5), 3.f);
+  EXPECT_EQ(piles.emp[2], 2);
+
+  Phrase n;  // lum nom("haut") b48
+  n.clause(1, B_LUM).clause(0, A_NOM, chaine_("haut")).clause(1, B_F4);
+  EXPECT_EQ(objet_cree_phrase(*n), 0);
+  Objet* l = objet_trouve(B_LUM, 0, 0, "haut");
+  ASSERT_NE(l, nullptr);
+  EXPECT_EQ(l->f4, 1);
+}
+
+TEST(Phrase, PhrasesNotForCreation) {
+  environnement();
+  Phrase autre_type;
+  autre_type.clause(1, B_VOL, reels_({1})).clause(1, B_LUM);
+  EXPECT_EQ(objet_cree_phrase(*autre_type), POUR_ATTRIBUT);
+  Phrase application;
+  application.clause(1, B_VOL).clause(3, 0);
+  EXPECT_EQ(objet_cree_phrase(*application), 3);
+  EXPECT_EQ(nb_objets(), 0);
+  EXPECT_EQ(piles.emp[2], 0);
+}
+
+TEST(Phrase, CorruptHeaderAndBadArgument) {
+  environnement();
+  Phrase p;
+  p.clause(1, B_VOL, reels_({1}));
+  p.m[4] = 40;  // a clause longer than its phrase
+  int r = 0;
+  EXPECT_EQ(sortie_de([&] { r = objet_cree_phrase(*p); }), "[105]");
+  EXPECT_EQ(r, -1);
+  Phrase l;
+  l.clause(1, B_VOL, liste_({reels_({1})}));
+  EXPECT_EQ(sortie_de([&] { r = objet_cree_phrase(*l); }), "[81]");
+  EXPECT_EQ(r, -1);
+  EXPECT_EQ(nb_objets(), 0);
+}
+
+TEST(Phrase, FullCommandStackGivesMinus16) {
+  environnement(100, 20);
+  Phrase p;
+  p.clause(1, B_VOL, reels_({1})).clause(1, 30, reels_({1, 2, 3, 4, 5, 6}));
+  ASSERT_GT(p.m[0], 16);
+  Objet* v1 = objet_cree(1, B_VOL, 0, nullptr, nullptr, 9);
+  EXPECT_EQ(objet_cree_phrase(*p), -16);
+  EXPECT_EQ(piles.emp[2], 0);
+  EXPECT_EQ(piles.emp_haut, piles.emp);  // dropped to the very start
+  EXPECT_EQ(v1->type, B_VOL);
+  EXPECT_NE(objet_trouve(B_VOL, 0, 1, nullptr), nullptr);  // made before the push failed
 }
