@@ -5,3 +5,4 @@ cd "$(dirname "$0")/.."
 bash scripts/construit.sh >/dev/null
 python3 bench/demarrage.py build/orvane
 build/bench/bench_bloc
+build/bench/bench_objet
