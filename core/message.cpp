@@ -19,7 +19,7 @@ const char* texte_secours(int n) {
   return nullptr;
 }
 
-bool cloche_active() { return !etats[0] || etats[0][A_BIP] > 0; }
+bool cloche_active() { return etat_ou(0, A_BIP, 1) > 0; }
 }  // namespace
 
 const char* message_texte(int env, int n) {

@@ -1,5 +1,6 @@
 // The console: line reads that survive an interrupt, the interruption menu,
 // the page prompt and the one way of stopping on a fatal error.
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -22,6 +23,25 @@ void sur_interruption(int) { interrompu = 1; }
 
 // Reads up to the newline; false at end of input. EINTR is reported to the
 // caller through errno.
+// Waits for input with the interrupt blocked except inside ppoll, so that an
+// interrupt landing between the flag's test and the wait is not lost until
+// the next line. False when interrupted.
+bool attend_console() {
+  sigset_t bloque, ancien;
+  sigemptyset(&bloque);
+  sigaddset(&bloque, SIGINT);
+  sigprocmask(SIG_BLOCK, &bloque, &ancien);
+  bool pret = !interrompu;
+  if (pret) {
+    pollfd f{STDIN_FILENO, POLLIN, 0};
+    while (ppoll(&f, 1, nullptr, &ancien) < 0 && !interrompu) {
+    }
+    pret = !interrompu;
+  }
+  sigprocmask(SIG_SETMASK, &ancien, nullptr);
+  return pret;
+}
+
 // Our own buffer over read(2): stdio would retry an interrupted read.
 char tampon[4096];
 int t_pos = 0, t_fin = 0;
@@ -33,6 +53,7 @@ bool lit_brut(char* buf, int taille, int* n) {
   trop_long = false;
   for (;;) {
     if (t_pos == t_fin) {
+      if (!attend_console()) return true;  // interrupted while waiting
       ssize_t r = read(STDIN_FILENO, tampon, sizeof tampon);
       if (r == 0) return *n > 0;
       if (r < 0) {

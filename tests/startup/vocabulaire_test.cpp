@@ -133,12 +133,14 @@ TEST(Mes, BellFollowsA52AndFallbackBeforeTables) {
   messages.charges = true;
   mot table[60] = {};
   etats[0] = table;
+  nb_etats[0] = static_cast<int>(std::size(table));
   testing::internal::CaptureStdout();
   message(0, 0);
   table[52] = 1;
   message(0, 0);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "ab" "a\ab");
   etats[0] = nullptr;
+  nb_etats[0] = 0;
 }
 
 TEST(Kom, ListingWrapsAtPageWidthAndHidesReservedNames) {
