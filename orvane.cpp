@@ -1,12 +1,15 @@
-// The executable: start-up, then the console loop.
+// The executable: start-up, then the top level of the shell for ever. The
+// end of the console's input ends the program with status 0; a restart
+// from the interruption menu comes back here by return codes.
+#include "interp/interp.h"
 #include "startup/startup.h"
 
 int main(int argc, char** argv) {
   demarrer(argc, argv);
   interruption_installe();
-  char ligne[800];
-  bool reprise;
-  while (console_lit(ligne, sizeof ligne, &reprise) >= 0) {
+  interp_init();
+  for (;;) {
+    reprise_demandee = 0;
+    shell_inactif();
   }
-  return 0;
 }

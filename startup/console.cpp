@@ -13,6 +13,7 @@
 #include "startup/startup.h"
 
 volatile int interrompu = 0;
+volatile int reprise_demandee = 0;
 
 namespace {
 // The handler only raises a flag: the menu runs where the program can
@@ -112,9 +113,13 @@ int menu_interruption() {
     case '0':
       message(0, 8);
       emp_vide();
+      reprise_demandee = 1;
       return MENU_REPRISE;
     case '2':
-      message(0, 79);
+      // One line at the top level, under the pause prompt, then the
+      // restart point. The stacks of the interrupted run are given up.
+      shell(1, 79, piles.eva_base, 0);
+      reprise_demandee = 1;
       return MENU_REPRISE;
     case 'b':
       message(0, 5);

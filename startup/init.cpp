@@ -183,6 +183,7 @@ int demarrer(int argc, char** argv) {
   std::string repertoire;
   FichiersEnv envs[MAX_ENV];
   int n = analyse_init(texte, repertoire, envs);
+  dem.repertoire = repertoire;
   reglages_base();
   charge_environnements(repertoire, envs, n);
 

@@ -71,6 +71,7 @@ const char* lit_nom(const char* p, char* dst, int taille);  // null if too long
 // ---- start-up state --------------------------------------------------------
 struct Demarrage {
   char chemin_init[80] = "";
+  std::string repertoire;  // directory of the vocabulary files (init file's first line)
   char chemin_env[80] = "";
   char chemin_uti[80] = "";
   char machine[81] = "";
@@ -128,4 +129,22 @@ int menu_interruption();  // runs the menu after an interrupt
 // Reads one line without its newline; -1 at end of input. Runs the menu on
 // an interrupt; *reprise is set when the menu asks for the restart point.
 int console_lit(char* buf, int taille, bool* reprise);
+// Set when the interruption menu sends the run back to the restart point:
+// every level returns at once, and the top-level loop clears it.
+extern volatile int reprise_demandee;
+
+// ---- the shell ---------------------------------------------------------------
+// One call reads a line (or more when `boucle`), compiles and runs it. 1 after
+// an escape or the keyword that leaves a pause, >= 0 after success, < 0
+// after failure. `niveau` > 0 resets the stacks before each run; `prompt` is
+// a message number, 0 for the standard prompt with the command-stack
+// reminder; `pile` is where the line's values go.
+int shell(int niveau, int prompt, mot* pile, int boucle);
+// Compiles and runs a text at the current level, without prompt.
+int execute_ligne(const char* texte);
+// The history command: mode 1 runs recalled lines at once (exec n).
+int histoire(int mode, mot* args);
+// One turn of the top level: the launch text once, then the loop text or
+// one line of the shell.
+void shell_inactif();
 int pause_page(int c);

@@ -1,0 +1,170 @@
+// Calls of functions: the frame on the stack of locals, the run, the value.
+//
+// A frame is one record per slot, then a marker whose count is the slot
+// count. An argument is not copied: its slot points at its value on the
+// evaluation stack, which stays put behind the call block for the whole
+// call, and the slot becomes the owner of a block of its own only when the
+// callee assigns it.
+#include <cstdio>
+#include <cstring>
+
+#include "interp/interne.h"
+
+namespace {
+int introuvable(const char* nom) {
+  std::printf("%s: ", nom);
+  message(0, M_FONCTION);
+  return ECHEC;
+}
+
+Objet* par_nom(const char* nom) {
+  Objet* f = fonction_trouve(nom);
+  if (!f) f = fonction_charge(nom);
+  return f;
+}
+
+const char* nom_local(int numero) {
+  const char* n = nom_slot(interp.fonction, numero);
+  return *n ? n : nullptr;
+}
+
+// A formal that holds a function name: the named function, or a keyword
+// whose phrase takes the arguments.
+int appel_formel(mot* appel, Objet** f, bool copier) {
+  mot i = appel[2] < 0 ? -appel[2] : appel[2];
+  if (!cadre.locaux) {
+    message(0, M_TYPE);
+    return ECHEC;
+  }
+  Objet* s = cadre.locaux + i;
+  if (s->type == CADRE_REFERENCE) s = reinterpret_cast<Objet*>(s->donnees);
+  const char* nom = s->donnees && s->donnees[0] > 0 && s->donnees[1] == BLOC_CHAINE ? bloc_texte(s->donnees) : nullptr;
+  if (!nom) {
+    message(0, M_FORMEL);
+    return ECHEC;
+  }
+  if ((*f = par_nom(nom))) return 0;
+  MotCle* m = mot_cherche(nom);
+  if (!m) return introuvable(nom);
+  // The arguments become the argument of the keyword's phrase.
+  mot* fin = appel + appel[0];
+  mot nargs = static_cast<mot>(fin - appel - 4);
+  if (!place(fin, 4)) return PILE_PLEINE;
+  std::memmove(appel + 7, appel + 4, static_cast<std::size_t>(nargs) * sizeof(mot));
+  mot* e = appel + 4;
+  e[0] = 3 + nargs;
+  e[1] = m->env;
+  e[2] = m->ordinal;
+  appel[0] = 7 + nargs;
+  appel[1] = BLOC_PHRASE;
+  appel[2] = 1;
+  appel[3] = 0;
+  piles.eva_haut = appel + appel[0];
+  int r = executer_phrase(appel);
+  if (r >= 0 && copier) piles.eva_haut = appel + taille_item(appel);
+  return r < 0 ? r : 1;
+}
+}  // namespace
+
+int appeler_fonction(mot* appel, bool copier) {
+  Objet* f = nullptr;
+  switch (appel[1]) {
+    case BLOC_OBJET:
+      f = static_cast<Objet*>(mot_vers_ptr(appel[2]));
+      if (!f || f->type != A_FONC) {
+        message(0, M_FONCTION);
+        return ECHEC;
+      }
+      break;
+    case BLOC_NOM: {
+      const char* nom = static_cast<const char*>(mot_vers_ptr(appel[2]));
+      if (!nom) return introuvable("");
+      f = par_nom(nom);
+      if (!f) return introuvable(nom);
+      break;
+    }
+    case IT_FORMEL: {
+      int r = appel_formel(appel, &f, copier);
+      if (r != 0) return r < 0 ? r : 0;
+      break;
+    }
+    default:
+      message(0, M_NON_LIE);
+      return ECHEC;
+  }
+  lier_tout();
+  if (!f->code && compiler(f) < 1) return ECHEC;
+  if (f->code[1] != IT_CODE) return ECHEC;
+  mot* code = f->code;
+  const mot nslots = code[2], nformels = code[3];
+  Objet* slots = piles.loc_haut;
+  if (slots + nslots + 1 >= piles.loc_fin || pile_c_epuisee()) {
+    message(0, M_LOCALES);
+    return ECHEC;
+  }
+  mot* arg = appel + 4;
+  mot* const fin_args = appel + appel[0];
+  for (mot i = 0; i < nslots; ++i) {
+    Objet* s = slots + i;
+    s->numero = i;
+    s->nom = nullptr;
+    s->type = OBJ_LOCAL;
+    s->f1 = 0;
+    s->code = nullptr;
+    if (i < nformels && arg < fin_args) {
+      if (arg[0] == IT_REF_GLOBAL) {
+        s->type = CADRE_REFERENCE;
+        s->donnees = reinterpret_cast<mot*>(variable_de(arg));
+      } else {
+        s->donnees = arg;
+      }
+      arg += taille_item(arg);
+    } else {
+      s->donnees = i < nformels ? bloc_nil : nullptr;
+    }
+  }
+  Objet* marque = slots + nslots;
+  marque->numero = nslots;
+  marque->type = CADRE_MARQUE;
+  marque->nom = nullptr;
+  marque->donnees = nullptr;
+  piles.loc_haut = marque + 1;
+
+  Objet* appelant = interp.fonction;
+  const Cadre cadre_appelant = cadre;
+  int ligne = interp.ligne;
+  interp.fonction = f;
+  cadre.locaux = slots;
+  cadre.nb = nslots;
+  cadre.nom_local = nom_local;
+  ++interp.profondeur;
+  if (debug.drapeau && debug_option(0, A_FONC)) option_debug(nom_fonction(f), 1, 0, A_FONC, 0, 0, 0, 0);
+  mot* res = fin_args + 1;
+  fin_args[0] = 0;
+  int r = executer(code, res);
+  // The value must not name a slot of the frame that is going away.
+  if (r >= 0 && copier && res[0] < 0) r = copie_valeur(res, piles.eva_limite);
+
+  // After a restart from the interruption menu the records below may have
+  // been reused by the line run there: nothing is released then.
+  if (!reprise_demandee)
+    for (mot i = 0; i < nslots; ++i)
+      if (slots[i].type == OBJ_LOCAL && slots[i].f1) bloc_libere(slots[i].donnees);
+  piles.loc_haut = slots;
+  interp.fonction = appelant;
+  cadre = cadre_appelant;
+  interp.ligne = ligne;
+  --interp.profondeur;
+  if (r < 0) return ECHEC_CLOS;
+  if (copier) {
+    mot n = res[0] == 0 ? 0 : taille_item(res);
+    if (n == 0) {
+      ecrit_nil(appel);
+      n = 4;
+    } else {
+      std::memmove(appel, res, static_cast<std::size_t>(n) * sizeof(mot));
+    }
+    piles.eva_haut = appel + n;
+  }
+  return 0;
+}

@@ -1,0 +1,309 @@
+// The statement walker of one code block: control flow over the offsets
+// that link put in the heads of si, tantque, pour and selon.
+#include <cstdio>
+#include <cstring>
+
+#include "interp/interne.h"
+
+namespace {
+// The limit, the step and the variable of a counting pour belong to one run
+// of the function: a recursive call walks the same head with its own.
+struct Boucle {
+  mot* tete;
+  Objet* variable;
+  float limite, pas;
+};
+struct Boucles {
+  int n = 0, dernier = 0;
+  Boucle b[8];
+
+  Boucle* cherche(mot* tete) {
+    if (n && b[dernier].tete == tete) return &b[dernier];
+    for (int k = 0; k < n; ++k)
+      if (b[k].tete == tete) return &b[dernier = k];
+    return nullptr;
+  }
+  Boucle* ajoute(mot* tete) {
+    Boucle* x = cherche(tete);
+    if (x) return x;
+    int k = n < 8 ? n++ : (dernier + 1) % 8;
+    dernier = k;
+    b[k].tete = tete;
+    return &b[k];
+  }
+};
+
+int mauvais_pour() {
+  message(0, M_POUR);
+  return ECHEC;
+}
+
+// The first float of a group's value.
+int premier_reel(mot* groupe, mot* base, float* x) {
+  int etat = 0;
+  if (!evaluer_groupe(groupe, base, &etat)) return interp.code;
+  Valeur v;
+  if (decrire(base, &v) < 0) return ECHEC;
+  if (v.type != BLOC_REEL || v.n < 1) return mauvais_pour();
+  *x = reels(v.donnees)[0];
+  return 0;
+}
+
+// Loop head of the counting pour: the start assigns the variable, limit and
+// step are evaluated once.
+int pour_entree(mot* h, mot* resultat, Boucles& boucles) {
+  mot* debut = h + h[2];
+  mot* v = debut + 2;
+  if (debut[0] != IT_OP || (v[0] != IT_LOCAL && v[0] != IT_STATIQUE && v[0] != IT_GLOBAL))
+    return mauvais_pour();
+  int etat = 0;
+  if (!evaluer_groupe(debut, resultat, &etat)) return interp.code;
+  Objet* var = variable_de(v);
+  if (!var) return ECHEC;
+  Boucle* b = boucles.ajoute(h);
+  b->variable = var;
+  int r = premier_reel(h + h[4], resultat, &b->limite);
+  if (r < 0) return r;
+  b->pas = 1.0f;
+  if (h[6]) {
+    r = premier_reel(h + h[6], resultat, &b->pas);
+    if (r < 0) return r;
+  }
+  h[3] = ptr_vers_mot(var);
+  ecrit_reel(h + 5, b->limite);
+  ecrit_reel(h + 7, b->pas);
+  return 0;
+}
+
+// The test of the counting pour: the next item, or null after failure.
+mot* pour_test(mot* h, Boucles& boucles, bool increment) {
+  Boucle* b = boucles.cherche(h);
+  Boucle secours;
+  if (!b) {
+    // Entered by a jump from outside: the head keeps the last values.
+    secours = {h, static_cast<Objet*>(mot_vers_ptr(h[3])), lit_reel(h + 5), lit_reel(h + 7)};
+    b = &secours;
+  }
+  mot* x = b->variable ? b->variable->donnees : nullptr;
+  if (!x || x[0] <= 4 || x[1] != BLOC_REEL) {
+    mauvais_pour();
+    return nullptr;
+  }
+  reel* e = reels(x + 4);
+  if (increment) *e += b->pas;
+  float v = *e;
+  bool fin = (b->pas > 0 && v > b->limite) || (b->pas < 0 && v < b->limite);
+  return h + (fin ? h[9] : h[8]);
+}
+
+float valeur_cas(mot w) {
+  // A character constant is kept as its code, any other as float bits.
+  return w >= 0 && w < 0x800000 ? static_cast<float>(w) : std::bit_cast<float>(w);
+}
+
+bool memes_valeurs(mot* a, mot* b) {
+  Valeur x, y;
+  if (decrire(a, &x) < 0 || decrire(b, &y) < 0) return false;
+  if (x.type == BLOC_NIL && y.type == BLOC_NIL) return true;
+  if (x.type != y.type || x.n != y.n) return false;
+  if (x.type == BLOC_REEL) {
+    for (long k = 0; k < x.n; ++k)
+      if (reels(x.donnees)[k] != reels(y.donnees)[k]) return false;
+    return true;
+  }
+  if (x.type == BLOC_CHAINE) return std::memcmp(x.donnees, y.donnees, static_cast<std::size_t>(x.n)) == 0;
+  return false;
+}
+
+// selon: the selector group stands behind the table; the value of the
+// selector stays as the result.
+mot* selon(mot* h, mot* resultat) {
+  int etat = 0;
+  if (!evaluer_groupe(h + h[0], resultat, &etat)) return nullptr;
+  if (resultat[0] < 0 && copie_valeur(resultat, piles.eva_limite) < 0) return nullptr;
+  mot n = h[2];
+  mot* table = h + 3;
+  mot* haut = resultat + taille_item(resultat);
+  Valeur s;
+  if (decrire(resultat, &s) < 0) return nullptr;
+  for (mot k = 0; k + 1 < n; ++k) {
+    mot w0 = table[2 * k], w1 = table[2 * k + 1];
+    if (w0 < 1) {
+      if (!evaluer_groupe(h + w1, haut, &etat)) return nullptr;
+      bool egal = memes_valeurs(resultat, haut);
+      piles.eva_haut = haut;
+      if (egal) return h - w0;
+    } else if (s.type == BLOC_REEL && s.n == 1 && reels(s.donnees)[0] == valeur_cas(w1)) {
+      return h + w0;
+    }
+  }
+  return h + table[2 * (n - 1)];
+}
+
+// The failing statement is reported; the line in the running function
+// comes first when there is one.
+void rapporte(int code) {
+  if (code == ECHEC_CLOS || reprise_demandee) return;
+  if (code == PILE_PLEINE) message(0, M_EVALUATION);
+  if (interp.fonction) std::printf("%s %d: ", nom_fonction(interp.fonction), interp.ligne);
+  echec_instruction();
+}
+}  // namespace
+
+int executer(mot* code, mot* resultat) {
+  mot* p = code + 4;
+  *resultat = 0;
+  piles.eva_haut = resultat;
+  Boucles boucles;
+  mot* const pas = etats[0] ? etats[0] + A_PAS : nullptr;
+  for (;;) {
+    // The interrupt and the restart are seen at every statement.
+    if (interrompu | reprise_demandee) {
+      if (interrompu) menu_interruption();
+      if (reprise_demandee) return ECHEC;
+    }
+    if (pas && *pas == 1) {
+      if (pas_a_pas(p) < 0) return ECHEC;
+    }
+    mot w = p[0];
+    mot* suite;
+    if (w < 0) {
+      switch (w) {
+        case IT_OP: {
+          mot op = p[1];
+          if (op == '(' || op == '[') break;
+          if (op == OP_BOUCLE) {
+            mot* h = p + 2;
+            int r = pour_entree(h, resultat, boucles);
+            if (r < 0) {
+              rapporte(r);
+              return ECHEC;
+            }
+            *resultat = 0;
+            suite = pour_test(h, boucles, false);
+            if (!suite) {
+              rapporte(ECHEC);
+              return ECHEC;
+            }
+            p = suite;
+            continue;
+          }
+          p += 2;  // ; { } no-operation, body marks
+          continue;
+        }
+        case IT_SAUT:
+          p += p[1];
+          continue;
+        case IT_LIGNE:
+          if (!pas || *pas != 2) interp.ligne = p[1];
+          p += 2;
+          continue;
+        case IT_FIN:
+          goto fin;
+        case IT_RC:
+          std::putchar('\n');
+          p += 2;
+          continue;
+        case IT_AIDE_MOT:
+          aide_mot(static_cast<MotCle*>(mot_vers_ptr(p[1])));
+          p += 2;
+          continue;
+        case IT_MOT:
+          break;
+        default:
+          p += 2;  // labels, cas, defaut, an unresolved sortir
+          continue;
+      }
+    } else if (w == 0) {
+      goto fin;
+    } else {
+      switch (p[1]) {
+        case IT_POUR:
+          suite = pour_test(p, boucles, true);
+          if (!suite) {
+            rapporte(ECHEC);
+            return ECHEC;
+          }
+          p = suite;
+          continue;
+        case IT_POUR3:
+        case IT_SI: {
+          int t = tester(p + p[2], resultat);
+          if (t < 0) {
+            rapporte(interp.code);
+            if (etat_a(A_CONT) != 0 || reprise_demandee) return ECHEC;
+            t = 0;
+          }
+          *resultat = 0;
+          p += t ? p[3] : p[4];
+          continue;
+        }
+        case IT_SELON:
+          suite = selon(p, resultat);
+          if (!suite) {
+            rapporte(interp.code);
+            return ECHEC;
+          }
+          p = suite;
+          continue;
+        case IT_AIDE:
+        case IT_BRUT_ERR:
+          break;
+        default:
+          p += w;
+          continue;
+      }
+    }
+    // A statement: a group, a bare phrase or a raw block.
+    int etat = 0;
+    if (w == IT_OP) {
+      suite = evaluer_groupe(p, resultat, &etat);
+    } else if (w == IT_MOT) {
+      suite = construire_phrase(p, resultat);
+      if (suite) {
+        int r = executer_phrase(resultat);
+        if (r < 0) interp.code = r, suite = nullptr;
+        else if (r == 2) etat = 2;
+      }
+    } else {
+      std::memmove(resultat, p, static_cast<std::size_t>(w) * sizeof(mot));
+      int r = evaluer_valeur(resultat, piles.eva_limite);
+      suite = r < 0 ? (interp.code = r, nullptr) : p + w;
+    }
+    if (!suite) {
+      int code = interp.code;
+      rapporte(code);
+      if (etat_a(A_CONT) != 0 || reprise_demandee || code == ECHEC_CLOS) return ECHEC;
+      // Errors do not stop the text: the next statement runs.
+      *resultat = 0;
+      p = w == IT_OP ? groupe_suivant(p) : p + (w > 0 ? w : 2);
+      continue;
+    }
+    if (etat == 2) break;
+    p = suite;
+  }
+fin:
+  interp.resultat = resultat;
+  return 0;
+}
+
+int tester(mot* groupe, mot* haut) {
+  int etat = 0;
+  if (!evaluer_groupe(groupe, haut, &etat)) return ECHEC;
+  Valeur v;
+  if (haut[0] == 0) return 1;
+  if (decrire(haut, &v) < 0) {
+    interp.code = ECHEC;
+    return ECHEC;
+  }
+  if (v.type == BLOC_NIL) return 1;
+  if (v.type != BLOC_REEL) {
+    message(0, M_CONDITION);
+    interp.code = ECHEC;
+    return ECHEC;
+  }
+  const reel* x = reels(v.donnees);
+  for (long k = 0; k < v.n; ++k)
+    if (x[k] == 0) return 0;
+  return 1;
+}
