@@ -162,7 +162,7 @@ int appeler_fonction(mot* appel, bool copier) {
       ecrit_nil(appel);
       n = 4;
     } else {
-      std::memmove(appel, res, static_cast<std::size_t>(n) * sizeof(mot));
+      copie_mots(appel, res, n);
     }
     piles.eva_haut = appel + n;
   }

@@ -22,12 +22,6 @@ void interp_init() {
   if (debug.drapeau == 0 && dem.debug) debug.drapeau = 1;
 }
 
-bool pile_c_epuisee() {
-  if (!interp.pile_c_base) return false;
-  char ici;
-  return interp.pile_c_base - &ici > interp.pile_c_budget;
-}
-
 bool debug_option(int env, int ordinal) {
   if (!debug.drapeau) return false;
   for (int k = 0; k < debug.n; ++k)

@@ -288,6 +288,11 @@ fin:
 }
 
 int tester(mot* groupe, mot* haut) {
+  float a, b, r;
+  const mot* p = groupe + 2;
+  if (groupe[1] == '(' && p[2] == IT_OP && p[6] == IT_OP && p[7] == ')' && scalaire_item(p, &a) &&
+      scalaire_item(p + 4, &b) && calcul_scalaire(p[3], a, b, &r))
+    return r != 0;
   int etat = 0;
   if (!evaluer_groupe(groupe, haut, &etat)) return ECHEC;
   Valeur v;

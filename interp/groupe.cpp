@@ -11,6 +11,19 @@ mot* echec(int code) {
   return nullptr;
 }
 
+// ---- the common shapes of scalar code, taken without the stack -------------
+// (a op b) on two scalars: the value at base. False when the shape or the
+// values are not those, or when the operator has a failure to report.
+inline bool binaire_scalaire(const mot* p, mot* base) {
+  if (p[2] != IT_OP || p[6] != IT_OP || p[7] != ')') return false;
+  float a, b, r;
+  if (!scalaire_item(p, &a) || !scalaire_item(p + 4, &b) || !calcul_scalaire(p[3], a, b, &r)) return false;
+  if (!place(base, 5)) return false;
+  ecrit_scalaire(base, r);
+  piles.eva_haut = base + 5;
+  return true;
+}
+
 // A call: its header, then each argument evaluated behind it; it runs as
 // soon as its arguments are there, and its value takes its place.
 mot* appel(mot* p, mot* haut, int* etat) {
@@ -27,6 +40,11 @@ mot* appel(mot* p, mot* haut, int* etat) {
   if (argc == 0 && p[0] == IT_OP && p[1] == '(' && p[2] == IT_OP && p[3] == ')') p += 4;
   for (mot k = 0; k < argc; ++k) {
     if (p[0] != IT_OP || !ouvrant(p[1])) break;
+    if (p[1] == '(' && binaire_scalaire(p + 2, q)) {
+      p += 10;
+      q += 5;
+      continue;
+    }
     p = evaluer_groupe(p, q, etat);
     if (!p) return nullptr;
     // An assignment as argument leaves its variable: the value is wanted.
@@ -65,6 +83,28 @@ mot* fin_groupe(mot* p) {
 
 mot* groupe_suivant(mot* p) { return fin_groupe(p); }
 
+namespace {
+// The variable of an assignment's target item, when it owns a scalar block.
+inline mot* cible_scalaire(const mot* it) {
+  Objet* o;
+  switch (it[0]) {
+    case IT_LOCAL:
+      if (!cadre.locaux) return nullptr;
+      o = cadre.locaux + it[1];
+      if (o->type != OBJ_LOCAL || !o->f1) return nullptr;
+      break;
+    case IT_GLOBAL:
+    case IT_STATIQUE:
+      o = static_cast<Objet*>(mot_vers_ptr(it[1]));
+      break;
+    default:
+      return nullptr;
+  }
+  mot* b = o->donnees;
+  return b && b != bloc_nil && b[0] == 5 && b[1] == BLOC_REEL ? b : nullptr;
+}
+}  // namespace
+
 mot* evaluer_groupe(mot* item, mot* base, int* etat) {
   if (pile_c_epuisee()) {
     message(0, M_EVALUATION);
@@ -72,9 +112,60 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
   }
   const mot ouvre = item[1];
   const mot ferme = ouvre == '[' ? ']' : ouvre == '{' ? '}' : ')';
-  Differes differes;
   mot* haut = base;
   mot* p = item + 2;
+  if (ouvre == '(' && (p[0] == IT_LOCAL || p[0] == IT_GLOBAL || p[0] == IT_STATIQUE || p[0] == IT_REEL)) {
+    if (binaire_scalaire(p, base)) return p + 8;
+    float x;
+    if (p[2] == IT_OP && p[3] == ')' && scalaire_item(p, &x) && place(base, 5)) {
+      // (x): a scalar's value.
+      ecrit_scalaire(base, x);
+      piles.eva_haut = base + 5;
+      return p + 4;
+    }
+    if (p[2] == IT_OP && p[3] == '=' && p[4] == IT_OP && p[5] == '(' && p[0] != IT_REEL) {
+      // x = (...): the right side first; a scalar into a variable that owns
+      // a scalar is stored in place.
+      mot* q = evaluer_groupe(p + 4, base, etat);
+      if (!q || *etat == 2) return q;
+      if (q[0] == IT_OP && q[1] == ')' && est_scalaire(base)) {
+        if (mot* b = cible_scalaire(p)) {
+          b[4] = base[4];
+          piles.eva_haut = base + 5;
+          return q + 2;
+        }
+      }
+      if (q[0] == IT_OP && q[1] == ')') {
+        // Any value into the variable; the value stays where it is.
+        Objet* o = variable_de(p);
+        if (!o) return echec(ECHEC);
+        int r = copie_valeur(base, piles.eva_limite);
+        if (r < 0) return echec(r);
+        if (stocke(o, base) < 0) return echec(ECHEC);
+        piles.eva_haut = base + taille_item(base);
+        return q + 2;
+      }
+      // Otherwise the general way, the value already evaluated.
+      mot n = taille_item(base);
+      if (!place(base, 4 + n)) return echec(PILE_PLEINE);
+      std::memmove(base + 4, base, static_cast<std::size_t>(n) * sizeof(mot));
+      base[0] = p[0];
+      base[1] = p[1];
+      base[2] = IT_OP;
+      base[3] = '=';
+      haut = base + 4 + n;
+      p = q;
+    }
+  }
+  else if (ouvre == '(' && p[0] > 0 && (p[1] == BLOC_OBJET || p[1] == BLOC_NOM)) {
+    // (f(...)): the call's value is the group's.
+    mot* q = appel(p, base, etat);
+    if (!q) return nullptr;
+    if (q[0] == IT_OP && q[1] == ')') return q + 2;
+    haut = piles.eva_haut;
+    p = q;
+  }
+  Differes differes;
   for (;;) {
     mot w = p[0];
     if (w < 0) {
@@ -119,6 +210,31 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
           break;
         }
         case IT_MOT: {
+          const MotCle* m = static_cast<const MotCle*>(mot_vers_ptr(p[1]));
+          if (haut == base && m && m->env == 0 && m->ordinal == A_RETOUR && p[2] == IT_OP && p[3] == '(') {
+            // retour (v): the value goes straight to the group's place.
+            mot* q = evaluer_groupe(p + 2, base, etat);
+            if (!q) return nullptr;
+            if (base[0] < 0) {
+              int r = copie_valeur(base, piles.eva_limite);
+              if (r < 0) return echec(r);
+            }
+            if (q[0] == IT_OP && q[1] == ')') {
+              *etat = 2;
+              piles.eva_haut = base + taille_item(base);
+              if (differes.n) differes_execute(&differes);
+              return q + 2;
+            }
+            // More follows: the phrase is made as construire_phrase would.
+            mot n = taille_item(base);
+            if (!place(base, 7 + n)) return echec(PILE_PLEINE);
+            std::memmove(base + 7, base, static_cast<std::size_t>(n) * sizeof(mot));
+            mot tete[7] = {7 + n, BLOC_PHRASE, 1, 0, 3 + n, 0, A_RETOUR};
+            std::memcpy(base, tete, sizeof tete);
+            haut = base + 7 + n;
+            p = q;
+            continue;
+          }
           piles.eva_haut = haut;
           mot* q = construire_phrase(p, haut);
           if (!q) return nullptr;

@@ -56,8 +56,11 @@ inline int pose(mot* dest, const mot* v) {
 int instruction(mot* bloc, int ordinal);
 // Step mode: pause before a statement.
 int pas_a_pas(mot* item);
-// The machine stack is nearly used up.
-bool pile_c_epuisee();
+// The machine stack is nearly used up (the check is off until interp_init).
+inline bool pile_c_epuisee() {
+  char ici;
+  return interp.pile_c_base && interp.pile_c_base - &ici > interp.pile_c_budget;
+}
 
 // Name of the slot `i` of a function, found in its symbol run.
 const char* nom_slot(const Objet* fonction, int i);
@@ -73,3 +76,63 @@ int evaluer_brut(mot* v, const mot* limite);
 void aide_mot(MotCle* m);
 // The first item behind the group that opens at p.
 mot* groupe_suivant(mot* p);
+
+// ---- scalars without the stack -------------------------------------------------
+// The scalar that an item stands for, when it is one: a constant, a variable
+// holding one, or a five-word block.
+inline bool scalaire_item(const mot* it, float* x) {
+  const mot* b;
+  switch (it[0]) {
+    case IT_REEL:
+      *x = std::bit_cast<float>(it[1]);
+      return true;
+    case IT_LOCAL: {
+      if (!cadre.locaux) return false;
+      const Objet* o = cadre.locaux + it[1];
+      if (o->type != OBJ_LOCAL) return false;
+      b = o->donnees;
+      break;
+    }
+    case IT_GLOBAL:
+    case IT_STATIQUE:
+      b = static_cast<const Objet*>(mot_vers_ptr(it[1]))->donnees;
+      break;
+    default:
+      if (it[0] != 5 || it[1] != BLOC_REEL) return false;
+      *x = lit_reel(it + 4);
+      return true;
+  }
+  if (!b || b[0] != 5 || b[1] != BLOC_REEL) return false;
+  *x = lit_reel(b + 4);
+  return true;
+}
+
+// The operators that cannot fail on two scalars; false for the others, and
+// for a division that has to report.
+inline bool calcul_scalaire(mot op, float a, float b, float* r) {
+  switch (op) {
+    case '+': *r = a + b; return true;
+    case '-': *r = a - b; return true;
+    case '*': *r = a * b; return true;
+    case '/':
+      if (b > -0.0001f && b < 0.0001f) return false;
+      *r = a / b;
+      return true;
+    case '<': *r = a < b; return true;
+    case '>': *r = a > b; return true;
+    case OP_INF_EGAL: *r = a <= b; return true;
+    case OP_SUP_EGAL: *r = a >= b; return true;
+    case OP_EGAL: *r = a == b; return true;
+    case OP_DIFFERENT: *r = a != b; return true;
+  }
+  return false;
+}
+
+// Words copied between places that may overlap; short runs without a call.
+inline void copie_mots(mot* dst, const mot* src, mot n) {
+  if (n <= 8 && (dst <= src || dst >= src + n)) {
+    for (mot k = 0; k < n; ++k) dst[k] = src[k];
+    return;
+  }
+  std::memmove(dst, src, static_cast<std::size_t>(n) * sizeof(mot));
+}

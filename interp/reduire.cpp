@@ -48,6 +48,14 @@ int reduire(mot* base, mot* haut, Differes* differes) {
     return r;
   }
   mot* i3 = i2 + taille_item(i2);
+  if (i2[0] == IT_OP && i3 < haut && i3 + taille_item(i3) == haut) {
+    float a, b, r;
+    if (scalaire_item(i1, &a) && scalaire_item(i3, &b) && calcul_scalaire(i2[1], a, b, &r)) {
+      ecrit_scalaire(base, r);
+      piles.eva_haut = base + 5;
+      return 0;
+    }
+  }
   // An index binds first: the operand and its ramp become one value, and
   // what follows them is reduced with it.
   if (!est_op(i1) && est_rampe(i2)) {
