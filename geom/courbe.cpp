@@ -129,7 +129,7 @@ mot* courbe(mot* dest, const ParamCourbe* prm, int n, int pas_e, int pas_s, cons
   }
   mot* b = dest;
   if (dest && dest[0] < lg) {
-    geom_erreur_valeur(lg, 2);
+    geom_erreur_valeur(lg, MES_DEBORDEMENT);
     return nullptr;
   }
   if (!b) b = bloc_alloue(static_cast<mot>(lg));
@@ -139,7 +139,7 @@ mot* courbe(mot* dest, const ParamCourbe* prm, int n, int pas_e, int pas_s, cons
     return nullptr;
   }
   b[0] = static_cast<mot>(lg);
-  geom_phrase_paires(b, 1, CLE_SOM);
+  phrase_paires(b, 1, CLE_SOM);
   entete(b + 6, static_cast<mot>(4 + m * pas_s), BLOC_REEL, static_cast<mot>(m), pas_s);
   return b;
 }

@@ -11,11 +11,11 @@
 #include <cstdint>
 
 #include "core/bloc.h"
+#include "core/message.h"
 #include "core/objet.h"
 
 // ---- keyword ordinals ------------------------------------------------------
-// env 1
-constexpr int B_VOL = 4;
+// env 1 (B_VOL comes with the object table)
 constexpr int B_PROJ = 13;
 constexpr int B_GRILLE = 14;  // grid forms: b14, b20, b21, b117, b119, b133
 constexpr int B_FAC = 15;
@@ -60,12 +60,9 @@ constexpr int B_GONFLE = 143, B_PINCE = 163, B_TORD = 164, B_POUSSE = 165;
 // Laws of spacing (the kinematic laws).
 constexpr int LOI_CIN = 60, LOI_ACC = 89, LOI_DEC = 90, LOI_ACD = 91, LOI_TABLE = 130;
 
-// Messages of env 0 that this folder prints.
-constexpr int MES_OBJET_INCONNU = 9;
-constexpr int MES_USAGE = 14;
-constexpr int MES_NUL = 22;
-constexpr int MES_INDICE = 66;
-constexpr int MES_TROP = 105;  // too many faces at a vertex; corrupt header
+// Message of env 0 for too many faces at a vertex (the others this folder
+// prints are the core's: MES_USAGE, MES_NUL, MES_INDICE, MES_ABSENT...).
+constexpr int MES_TROP = MES_ENTETE;
 
 // A vector whose squared length is at most this is left as it is.
 constexpr double SEUIL_NORME = 0.0001;

@@ -18,7 +18,7 @@ mot* fac_quads(long f, F ecrit) {
   }
   mot* a = bloc_alloue(static_cast<mot>(lg));
   if (!a) return nullptr;
-  geom_phrase_paires(a, 1, CLE_FAC);
+  phrase_paires(a, 1, CLE_FAC);
   a[1] = 1;
   mot* l = a + 6;
   entete(l, static_cast<mot>(4 + 8 * f), BLOC_LISTE, static_cast<mot>(f), 0);
@@ -190,7 +190,7 @@ mot* gen_fac_precision(int nx, int ny, int ferme, int precision, Objet* o, const
   }
   mot* a = bloc_alloue(static_cast<mot>(lg));
   if (!a) return nullptr;
-  geom_phrase_paires(a, 1, CLE_FAC);
+  phrase_paires(a, 1, CLE_FAC);
   a[1] = 1;
   entete(a + 6, static_cast<mot>(lg - 6), BLOC_LISTE, static_cast<mot>(f), 0);
   mot* dst = a + 10;

@@ -2,15 +2,7 @@
 #pragma once
 #include "geom/geom.h"
 
-// Minimal attribute routines of the object table, kept here until the
-// table's own land; same contracts, so that they can be swapped by name.
-mot* geom_attribut_trouve(mot* liste, int n, const mot* paires);
-mot* geom_attribut_trouve_pos(Objet* o, int* pos, int n, const mot* paires);
-mot* geom_attribut_nouveau(Objet* o, mot n);
-int geom_attribut_enleve(Objet* o, int n, const mot* paires);
-int geom_phrase_paires(mot* b, int n, const mot* paires);
-void geom_objet_imprime(const Objet* o);
-// The object, then message (0, n).
+// The object, then message (0, n); gives -1.
 int geom_erreur(const Objet* o, int n);
 // "%d: " with the value, then message (0, n); gives -1.
 int geom_erreur_valeur(long v, int n);

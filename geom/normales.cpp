@@ -128,7 +128,7 @@ mot* gen_normale_som(Objet* o, const reel* sommets, int force) {
       for (int j = 0; j < k; ++j) {
         int v = c[j] - 1;
         if (comptes[v] == MAX_FACES_SOMMET) {
-          geom_objet_imprime(o);
+          objet_imprime(o);
           std::printf("%d ", v + 1);
           message(0, MES_TROP);
           continue;

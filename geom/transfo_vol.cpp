@@ -175,7 +175,7 @@ int tirer_prepare(Objet* grille, Transfo* t) {
   mot* b = vol_valeur(grille, 1, CLE_BORNES);
   if (!est_volume(grille) || vol_nx(grille) <= 0 || ny <= 0 || !b || b[1] != BLOC_REEL ||
       b[0] < 4 + 3 * (ny + 1))
-    return geom_erreur_valeur(grille ? grille->numero : 0, MES_OBJET_INCONNU);
+    return geom_erreur_valeur(grille ? grille->numero : 0, MES_ABSENT);
   const reel* p = reels(b + 4);
   const reel* q = p + 3 * ny;
   t->op = B_TIRER;

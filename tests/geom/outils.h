@@ -25,8 +25,7 @@ inline void monde() {
   }
   memoire.mal = nullptr;  // a debug table left by another test would report here
   // Each test starts with an empty object table.
-  for (Objet* o = piles.obj_base; o < piles.obj_haut; ++o) objet_supprime(o);
-  piles.obj_haut = piles.obj_base;
+  objets_vide();
   vocab = Vocabulaire{};
   std::string t;
   for (int n = 0; n <= 110; ++n) t += "|" + std::to_string(n) + ":M" + std::to_string(n) + "\\n\n";
