@@ -47,8 +47,10 @@ int joints(mot* dest, const Ajust* a) {
 int reechantillonne(mot* dest, mot* travail, const mot* limite, const Ajust* a) {
   int n;
   reel* p = points_de(a->ligne, &n);
-  long voulus = static_cast<long>(premier(a->nombre, 0));
-  if (n < 1 || voulus < 1) return geom_erreur_valeur(n < 1 ? n : voulus, MES_INDICE);
+  float nv = premier(a->nombre, 0);
+  if (n < 1 || !(nv >= 1 && nv < 1e9f))
+    return geom_erreur_valeur(n < 1 ? n : (nv > -1e9f && nv < 1e9f ? static_cast<long>(nv) : 0), MES_INDICE);
+  long voulus = static_cast<long>(nv);
   std::vector<float> ligne(p, p + 3L * n);
   if (a->ferme) {
     ++voulus;
@@ -64,6 +66,7 @@ int reechantillonne(mot* dest, mot* travail, const mot* limite, const Ajust* a) 
   }
   if (a->params) {
     int m = courbe_nb(static_cast<int>(ligne.size() / 3), a->params->s);
+    if (m < 0) return geom_erreur_valeur(a->params->s, MES_DEBORDEMENT);
     std::vector<float> c(3L * m);
     if (courbe_points(a->params, static_cast<int>(ligne.size() / 3), 3, 3, ligne.data(), nullptr, c.data()) < 0)
       return -1;
@@ -103,7 +106,14 @@ int ajust_1(mot* dest, mot* travail, const mot* limite, const Ajust* a) {
     int r = reduire_ligne(p, n, premier(a->seuil, 0), travail, limite);
     return r ? r : rend(dest, travail);
   }
-  if (a->ligne) return reechantillonne(dest, travail, limite, a);
+  if (a->ligne) {
+    try {
+      return reechantillonne(dest, travail, limite, a);
+    } catch (const std::bad_alloc&) {
+      erreur_memoire(3, static_cast<long>(premier(a->nombre, 0)));
+      return -1;
+    }
+  }
   int n;
   points_de(a->nombre, &n);
   if (n < 1) return geom_erreur_valeur(n, MES_INDICE);
@@ -112,7 +122,13 @@ int ajust_1(mot* dest, mot* travail, const mot* limite, const Ajust* a) {
   const mot* src = a->nombre;
   if (travail != src) std::memmove(travail + 4, src + 4, 3L * n * sizeof(mot));
   entete(travail, static_cast<mot>(lg), BLOC_REEL, 3 * n, 1);
-  std::vector<int> indices(n);
+  std::vector<int> indices;
+  try {
+    indices.resize(n);
+  } catch (const std::bad_alloc&) {
+    erreur_memoire(n, 4);
+    return -1;
+  }
   for (int k = 0; k < n; ++k) indices[k] = k + 1;
   int r = repartir_ligne(reels(travail + 4), n, 3, indices.data(), n, a->params, a->ferme);
   return r ? r : rend(dest, travail);

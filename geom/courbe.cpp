@@ -8,7 +8,12 @@
 #include "core/message.h"
 #include "geom/interne.h"
 
-int courbe_nb(int n, int s) { return n < 1 ? 0 : n + (n - 1) * (s < 0 ? 0 : s); }
+int courbe_nb(int n, int s) {
+  if (n < 1) return 0;
+  long m = n + (n - 1L) * (s < 0 ? 0 : s);
+  // Rows of up to 8 floats must still fit the words of a Bloc.
+  return m > 0x0fffffff ? -1 : static_cast<int>(m);
+}
 
 namespace {
 // Tension of each span: t, or the first value of row i of the tension Bloc
@@ -56,6 +61,7 @@ int courbe_points(const ParamCourbe* prm, int n, int pas_e, int pas_s, const ree
   int s = prm && prm->s > 0 ? prm->s : 0;
   double t = prm ? prm->t : 1;
   int m = courbe_nb(n, s);
+  if (m < 0) return geom_erreur_valeur(n, MES_DEBORDEMENT);
   auto P = [&](int i) {
     const reel* p = points + static_cast<long>(i) * pas_e;
     return V{p[0], p[1], p[2]};
@@ -123,7 +129,7 @@ mot* courbe(mot* dest, const ParamCourbe* prm, int n, int pas_e, int pas_s, cons
   }
   long m = courbe_nb(n, prm ? prm->s : 0);
   long lg = 6 + 4 + m * pas_s;
-  if (lg > 0x7fffffff) {
+  if (m < 0 || lg > 0x7fffffff) {
     geom_erreur_valeur(m, MES_TROP);
     return nullptr;
   }

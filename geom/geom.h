@@ -223,7 +223,7 @@ struct ParamCourbe {
   float t = 1;    // tension
   int f = 0;      // smoothing flag (no effect)
 };
-int courbe_nb(int n, int s);
+int courbe_nb(int n, int s);  // -1 when too many for a Bloc
 // Writes courbe_nb(n, s) rows of pas_s floats into sortie; -1 on failure.
 int courbe_points(const ParamCourbe* p, int n, int pas_e, int pas_s, const reel* points,
                   const mot* tensions, reel* sortie);

@@ -106,7 +106,21 @@ int reduire_ligne(const reel* points, int n, float seuil, mot* sortie, const mot
   return 0;
 }
 
+namespace {
+int repartit(reel* points, int n, int pas, const int* indices, int nb, const ParamCourbe* prm, bool ferme);
+}  // namespace
+
 int repartir_ligne(reel* points, int n, int pas, const int* indices, int nb, const ParamCourbe* prm, bool ferme) {
+  try {
+    return repartit(points, n, pas, indices, nb, prm, ferme);
+  } catch (const std::bad_alloc&) {
+    erreur_memoire(nb, 12);
+    return -1;
+  }
+}
+
+namespace {
+int repartit(reel* points, int n, int pas, const int* indices, int nb, const ParamCourbe* prm, bool ferme) {
   // Every index is checked before anything moves.
   for (int k = 0; k < nb; ++k)
     if (indices[k] < 1 || indices[k] > n) return geom_erreur_valeur(indices[k], MES_INDICE);
@@ -121,7 +135,9 @@ int repartir_ligne(reel* points, int n, int pas, const int* indices, int nb, con
   int np = static_cast<int>(poly.size() / 3);
   int s = prm && prm->s > 0 ? prm->s : 0;
   if (prm) {
-    std::vector<float> c(3 * static_cast<std::size_t>(courbe_nb(np, s)));
+    int m = courbe_nb(np, s);
+    if (m < 0) return geom_erreur_valeur(s, MES_DEBORDEMENT);
+    std::vector<float> c(3 * static_cast<std::size_t>(m));
     if (courbe_points(prm, np, 3, 3, poly.data(), nullptr, c.data()) < 0) return -1;
     poly.swap(c);
     np = static_cast<int>(poly.size() / 3);
@@ -147,3 +163,4 @@ int repartir_ligne(reel* points, int n, int pas, const int* indices, int nb, con
   }
   return 0;
 }
+}  // namespace

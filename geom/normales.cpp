@@ -36,6 +36,10 @@ bool en_cache(const mot* a, int force, int nl, int nc) {
 }
 
 mot* remplit(Objet* o, const mot* cle, int nl, int nc) {
+  if (static_cast<long>(nl) * nc > 0x3fffffff) {
+    geom_erreur_valeur(nl, MES_DEBORDEMENT);
+    return nullptr;
+  }
   mot* a = attribut_prepare(o, 2, cle, 4 + nl * nc);
   if (a) entete(valeur_de(a), 4 + nl * nc, BLOC_REEL, nl, nc);
   return a;

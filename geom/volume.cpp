@@ -182,6 +182,7 @@ int vol_coul_element_ecrit(Objet* o, int selecteur, int i, const float* rgb) {
 int vol_som_ecrit(Objet* o, const float* v, int nb, int d) {
   if (!est_volume(o)) return geom_erreur(o, MES_USAGE);
   if (nb < 0 || d < 3) return geom_erreur_valeur(nb < 0 ? nb : d, MES_INDICE);
+  if (static_cast<long>(nb) * d > 0x3fffffff) return geom_erreur_valeur(nb, MES_DEBORDEMENT);
   mot lg = 4 + nb * d;
   mot* a = attribut_prepare(o, 1, CLE_SOM, lg);
   if (!a) return -1;

@@ -140,6 +140,9 @@ TEST(Ajust, HugeRequestReportsAndShortStackSaysSo) {
   auto petit = ligne({2000});
   a.nombre = petit.data();
   EXPECT_EQ(ajust_1(nullptr, w.debut(), w.fin(), &a), PILE_PLEINE);
+  auto nan = ligne({std::nanf("")});
+  a.nombre = nan.data();
+  EXPECT_EQ(sortie_de([&] { EXPECT_EQ(ajust_1(nullptr, w.debut(), w.fin(), &a), -1); }), "0: M66\n");
   a.nombre = nullptr;
   EXPECT_EQ(sortie_de([&] { EXPECT_EQ(ajust_1(nullptr, w.debut(), w.fin(), &a), -1); }), "0: M66\n");
 }
