@@ -17,11 +17,6 @@ int introuvable(const char* nom) {
   return ECHEC;
 }
 
-Objet* par_nom(const char* nom) {
-  Objet* f = fonction_trouve(nom);
-  if (!f) f = fonction_charge(nom);
-  return f;
-}
 
 const char* nom_local(int numero) {
   const char* n = nom_slot(interp.fonction, numero);
@@ -43,9 +38,13 @@ int appel_formel(mot* appel, Objet** f, bool copier) {
     message(0, M_FORMEL);
     return ECHEC;
   }
-  if ((*f = par_nom(nom))) return 0;
+  if ((*f = fonction_trouve(nom))) return 0;
   MotCle* m = mot_cherche(nom);
-  if (!m) return introuvable(nom);
+  if (!m) {
+    // Not a keyword: a function read from its file, or message 41.
+    *f = fonction_appel(nom);
+    return *f ? 0 : ECHEC;
+  }
   // The arguments become the argument of the keyword's phrase.
   mot* fin = appel + appel[0];
   mot nargs = static_cast<mot>(fin - appel - 4);
@@ -79,8 +78,9 @@ int appeler_fonction(mot* appel, bool copier) {
     case BLOC_NOM: {
       const char* nom = static_cast<const char*>(mot_vers_ptr(appel[2]));
       if (!nom) return introuvable("");
-      f = par_nom(nom);
-      if (!f) return introuvable(nom);
+      f = fonction_trouve(nom);
+      if (!f) f = fonction_appel(nom);  // read from its file, or message 41
+      if (!f) return ECHEC;
       break;
     }
     case IT_FORMEL: {
@@ -92,8 +92,9 @@ int appeler_fonction(mot* appel, bool copier) {
       message(0, M_NON_LIE);
       return ECHEC;
   }
-  lier_tout();
-  if (!f->code && compiler(f) < 1) return ECHEC;
+  // The first call after any change of the functions links them all.
+  if (lang.generation != lang.generation_liee) lier_tout();
+  if (!f->code && lier(f) < 0) return ECHEC;
   if (f->code[1] != IT_CODE) return ECHEC;
   mot* code = f->code;
   const mot nslots = code[2], nformels = code[3];

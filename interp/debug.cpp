@@ -20,6 +20,19 @@ void interp_init() {
   // the system's own calls.
   interp.pile_c_budget = taille - (taille > (4L << 20) ? (1L << 20) : taille / 4);
   if (debug.drapeau == 0 && dem.debug) debug.drapeau = 1;
+  // Declarations whose value is an expression run through the engine.
+  lang.executer = [](Objet* ligne) -> mot* {
+    mot* pile = piles.eva_haut;
+    if (!ligne || !ligne->code || executer(ligne->code, pile) < 0) return nullptr;
+    if (pile[0] == 0) ecrit_nil(pile);
+    if (pile[0] < 0 && copie_valeur(pile, piles.eva_limite) < 0) return nullptr;
+    return pile;
+  };
+}
+
+void debug_applique() {
+  lang.liste_passes = debug_option(0, A_COM);
+  lang.liste_lien = debug_option(0, A_LIER);
 }
 
 bool debug_option(int env, int ordinal) {
@@ -43,8 +56,11 @@ int option_debug(const char* texte, int sens, int env, int ordinal, int n, float
     // A negative flag stops once at a pause, errors not stopping it.
     debug.drapeau = 0;
     mot garde = etat_a(A_CONT);
+    Objet* fonction_pas = lang.fonction_pas;
     if (etats[0]) etats[0][A_CONT] = 0;
+    lang.fonction_pas = interp.fonction;
     shell(0, 79, piles.eva_haut, 1);
+    lang.fonction_pas = fonction_pas;
     if (etats[0]) etats[0][A_CONT] = garde;
   }
   if (ordinal == A_FONC && env == 0) {
@@ -71,6 +87,10 @@ const char* texte_source(const Objet* f) {
 
 void imprime_ligne_source(int ligne) {
   const Objet* f = interp.fonction;
+  if (f) {
+    lister_ligne(f, ligne);
+    return;
+  }
   std::printf("%s %d: ", nom_fonction(f), ligne);
   if (const char* t = texte_source(f)) {
     for (int l = 1; l < ligne && *t; ++t)
@@ -104,10 +124,14 @@ int pas_a_pas(mot* p) {
   imprime_ligne_source(interp.ligne);
   if (debug_option(0, A_PAS)) std::printf("%d %d\n", p[0], p[1]);
   etats[0][A_PAS] = 2;
+  // Lines typed at the pause see the running function's variables.
+  Objet* fonction_pas = lang.fonction_pas;
+  lang.fonction_pas = interp.fonction;
   int r;
   do {
     r = shell(0, 79, piles.eva_haut, 0);
   } while (r <= 0 && !reprise_demandee);
+  lang.fonction_pas = fonction_pas;
   if (etats[0][A_PAS] == 2) etats[0][A_PAS] = 1;
   return reprise_demandee ? ECHEC : 0;
 }

@@ -34,7 +34,7 @@ struct Boucles {
 };
 
 int mauvais_pour() {
-  message(0, M_POUR);
+  message(0, M_POUR_EXEC);
   return ECHEC;
 }
 
@@ -165,6 +165,7 @@ int executer(mot* code, mot* resultat) {
     if (pas && *pas == 1) {
       if (pas_a_pas(p) < 0) return ECHEC;
     }
+    if (debug.drapeau && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
     mot w = p[0];
     mot* suite;
     if (w < 0) {

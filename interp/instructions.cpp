@@ -127,6 +127,7 @@ int commande_debug(mot* bloc, bool pose) {
   }
   if (pose) debug.drapeau = 1;
   else if (tout) debug.drapeau = 0, debug.n = 0;
+  debug_applique();
   bloc[0] = 0;
   return 0;
 }

@@ -4,7 +4,6 @@
 
 #include "core/message.h"
 #include "interp/interp.h"
-#include "interp/attente_lang.h"
 #include "startup/startup.h"
 
 // ---- stack ---------------------------------------------------------------------
@@ -136,3 +135,5 @@ inline void copie_mots(mot* dst, const mot* src, mot n) {
   }
   std::memmove(dst, src, static_cast<std::size_t>(n) * sizeof(mot));
 }
+// The compiler's listings follow the debug options a63 and a23.
+void debug_applique();

@@ -9,6 +9,7 @@
 #pragma once
 #include "core/bloc.h"
 #include "core/objet.h"
+#include "interp/attente_lang.h"
 
 // ---- kinds of code items and of stack values ------------------------------
 enum : mot {
@@ -40,24 +41,20 @@ enum : mot {
   VAL_VUE3 = -1017,      // view of triples or of words ({ } index)
 };
 
-// Operator values of an IT_OP pair: the character itself, or these codes.
+// Operator values of an IT_OP pair: the character itself, or these codes
+// (the compiler's header names the others).
 enum : mot {
-  OP_EGAL = 1001, OP_DIFFERENT = 1002, OP_INF_EGAL = 1003, OP_SUP_EGAL = 1004, OP_ET = 1005,
-  OP_OU = 1006, OP_TILDE = 1007, OP_PUISSANCE_EGAL = 1008, OP_GAUCHE = 1009, OP_DROITE = 1010,
+  OP_EGAL = 1001, OP_DIFFERENT = 1002, OP_PUISSANCE_EGAL = 1008, OP_GAUCHE = 1009, OP_DROITE = 1010,
   OP_MOINS_EGAL = 1012, OP_FOIS_EGAL = 1013, OP_DIVISE_EGAL = 1014, OP_MODULO_EGAL = 1015,
   OP_GAUCHE_EGAL = 1016, OP_DROITE_EGAL = 1017, OP_ET_BITS_EGAL = 1018, OP_OU_BITS_EGAL = 1019,
   OP_VIRGULE_EGAL = 1021, OP_PLUS_EGAL = 10011,
-  OP_INCR = -1049, OP_DECR = -1050,
-  OP_SINON = 17, OP_NOP = -1020, OP_DEBUT = -1022, OP_FIN = -1023, OP_BOUCLE = -1026,
 };
 
-// Ordinals of list "a" that the interpreter gives a meaning to.
-// (A_FONC, A_VAR and A_NUM are the object table's, A_BIP and A_ERR the
-// messages'.)
-constexpr int A_TEXTE = 1, A_AIDE = 2, A_PAS = 3, A_RETOUR = 11, A_LIRE = 14,
-              A_DEMANDE = 19, A_NIL = 22, A_LIER = 23, A_PI = 25, A_LIB = 34,
-              A_SYSTEME = 35, A_EDI = 36, A_OPT = 50, A_IMPRIME = 62,
-              A_COM = 63, A_AIDE_MOT = 65, A_EXEC = 69, A_MES = 80, A_CONT = 89, A_DEBUG = 92,
+// Ordinals of list "a" that the interpreter gives a meaning to. (A_FONC,
+// A_VAR and A_NUM are the object table's, A_BIP and A_ERR the messages',
+// A_AIDE, A_RETOUR, A_NIL, A_PI, A_EDI, A_IMPRIME, A_AIDE_MOT the compiler's.)
+constexpr int A_TEXTE = 1, A_PAS = 3, A_LISTE_ITEMS = 21, A_LIRE = 14, A_DEMANDE = 19, A_LIER = 23, A_LIB = 34,
+              A_SYSTEME = 35, A_OPT = 50, A_COM = 63, A_EXEC = 69, A_MES = 80, A_CONT = 89, A_DEBUG = 92,
               A_SOR = 93, A_COD = 94, A_NODEBUG = 96, A_QUITTER = 104, A_HIS = 105,
               A_ALI = 107, A_VECTEUR = 109, A_REMPLIR = 110, A_AFFICHE = 113;
 // Ordinals above this one always go to the command dispatch.
@@ -65,8 +62,8 @@ constexpr int A_DERNIER_INSTRUCTION = 118;
 
 // Messages of env 0 printed by the interpreter.
 constexpr int M_INTROUVABLE = 9, M_AFFECTATION = 6, M_LOCALES = 11, M_EVALUATION = 12,
-              M_OPERATEUR = 32, M_SANS_VALEUR = 35, M_FONCTION = 41, M_DIVISION = 56,
-              M_INDICE = 61, M_VALEUR = 66, M_TYPE = 81, M_CONDITION = 94, M_POUR = 95,
+              M_SANS_VALEUR = 35, M_DIVISION = 56,
+              M_INDICE = 61, M_VALEUR = 66, M_TYPE = 81, M_CONDITION = 94, M_POUR_EXEC = 95,
               M_RAMPE = 96, M_DIFFERES = 98, M_NON_LIE = 99, M_FORMEL = 100;
 
 // Kind of a frame record that refers to another variable (an @ argument).

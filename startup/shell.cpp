@@ -10,7 +10,6 @@
 #include "core/message.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
-#include "interp/attente_lang.h"
 
 namespace {
 constexpr int M_PROMPT = 0, M_SECTION = 1;

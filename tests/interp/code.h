@@ -17,6 +17,9 @@ namespace essai {
 
 inline void environnement() {
   tas::init();
+  interp = Interp{};
+  debug = Debug{};
+  cadre = Cadre{};
   kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
   mes_charge(ORVANE_SOURCE "/env/mesa.h", 0);
   kom_charge(ORVANE_SOURCE "/env/komb.h", 1);
