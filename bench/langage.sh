@@ -90,6 +90,7 @@ print(os.clock() - t0)
 F
 
 racine=$PWD
+ln -s "$racine/env" "$tmp/env"
 meilleur() {  # command...: the smallest of three self-timed runs
   local m=""
   for _ in 1 2 3; do
@@ -99,12 +100,11 @@ meilleur() {  # command...: the smallest of three self-timed runs
   done
   echo "$m"
 }
-ova() { (cd "$tmp" && "$racine/$orvane" gra=0 ID ini="$racine/env/initb.h" <"$1" | grep -v '^>' | tail -1); }
 # The prompt shares the line with the output: keep the last number.
-ova_temps() { (cd "$tmp" && "$racine/$orvane" gra=0 ID ini="$racine/env/initb.h" <"$1" |
+ova_temps() { (cd "$tmp" && "$racine/$orvane" gra=0 ID ini=env/initb.h <"$1" |
   grep -oE '[0-9]+\.[0-9]+' | tail -1); }
 
-printf "%-10s %10s %10s %10s %10s   %s\n" programme orvane python lua numpy64 "ratios"
+printf "%-10s %10s %10s %10s %10s   %s\n" programme orvane "python/np32" lua numpy64 "ratios"
 for p in boucle fib vecteur; do
   o=$(meilleur ova_temps "$tmp/$p.ova")
   py=$(meilleur "$python" "$tmp/$p.py")

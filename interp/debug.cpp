@@ -86,7 +86,7 @@ const char* texte_source(const Objet* f) {
 }
 
 void imprime_ligne_source(int ligne) {
-  const Objet* f = interp.fonction;
+  const Objet* f = interp.fonction ? interp.fonction : interp.source;
   if (f) {
     lister_ligne(f, ligne);
     return;

@@ -75,6 +75,7 @@ constexpr std::int16_t CADRE_MARQUE = OBJ_MARQUE1;
 struct Interp {
   Objet* fonction = nullptr;  // the running function, null at top level; its
                               // frame is the object table's `cadre`
+  Objet* source = nullptr;    // the line's object that the shell runs
   int ligne = 0;              // current line of the running code
   mot* resultat = nullptr;    // value of the last statement of the last executer
   int code = 0;               // failure code behind a null from evaluer_groupe

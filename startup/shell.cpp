@@ -208,7 +208,12 @@ int execute_ligne(const char* texte) {
   s[n + 1] = '}';
   s[n + 2] = 0;
   int r = compile(t);
-  if (r == 1) r = executer(t.objet->code, piles.eva_haut);
+  if (r == 1) {
+    Objet* source = interp.source;
+    if (!interp.fonction) interp.source = t.objet;
+    r = executer(t.objet->code, piles.eva_haut);
+    interp.source = source;
+  }
   libere(t);
   return r;
 }
@@ -281,7 +286,10 @@ int shell(int niveau, int prompt, mot* pile, int boucle) {
       remise_a_zero();
       pile = piles.eva_base;
     }
+    Objet* source = interp.source;
+    if (!interp.fonction) interp.source = t.objet;
     sortie = executer(t.objet->code, pile);
+    interp.source = source;
     if (reprise_demandee) break;
     if (sortie < 0 && niveau > 0 && interp.mode_impression < 2) {
       if (ajoutee) retire_derniere();

@@ -16,14 +16,15 @@
 namespace {
 // Tokens of the language. Left out: what loops or waits for ever (tantque,
 // pour, aller, labels, pas, demande), what leaves or touches the system
-// (quitter, systeme, files), and what prints without bound (aide, his).
+// (quitter, systeme, files), what prints without bound (aide, his), and
+// #define, which changes the language for the rest of the session.
 const std::vector<std::string> JETONS = {
     "0", "1", "2.5", "-3", "1e9", "0.00001", "7", "x", "y", "z", "v", "s", "t", "\"a\"", "\"b c\"",
     "\"\"", "'ab'", "+", "-", "*", "/", "%", "^", "&", "|", "&&", "||", "==", "!=", "<", ">", "<=",
     ">=", "~", "<<", ">>", "=", "+=", "-=", "*=", "/=", ",=", ",", "!", "++", "--", "(", ")", "(",
     ")", "[", "]", "{", "}", ";", "$", "si", "sinon", "selon", "cas", "defaut", ":", "sortir",
     "retour", "NIL", "PI", "RC", "var", "remplir", "vecteur", "err", "@", "f(", "g(1)", "vol",
-    "rotx", "coul", "sqrt", "exec(1)", "#define", "statique", "externe"};
+    "rotx", "coul", "sqrt", "exec(1)", "statique", "externe"};
 
 std::vector<std::string> lignes_au_hasard(int n) {
   std::mt19937 g(20240521);
