@@ -8,10 +8,11 @@
 
 Memoire memoire;
 mot* etats[8];
+int nb_etats[8];
 
 namespace {
 // With the switch a34 off the program deliberately never gives memory back.
-inline bool liberation_permise() { return !etats[0] || etats[0][34] >= 1; }
+inline bool liberation_permise() { return etat_ou(0, 34, 1) >= 1; }
 
 void mal_note(void* p) {
   if (!memoire.mal) return;

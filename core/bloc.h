@@ -64,8 +64,14 @@ inline mot ptr_vers_mot(const void* p) {
 inline mot* bloc_pointe(mot w) { return static_cast<mot*>(mot_vers_ptr(w)); }
 
 // State integers of each environment's keywords, filled by the keyword
-// loader; the core reads a34 (release switch) through it.
+// loader, with their counts; the core reads a34 (release switch) and a52
+// (bell) through it.
 extern mot* etats[8];
+extern int nb_etats[8];
+// The state of (env, ord), or `defaut` while no table holds it.
+inline mot etat_ou(int env, int ord, mot defaut) {
+  return ord < nb_etats[env] ? etats[env][ord] : defaut;
+}
 
 // ---- allocation --------------------------------------------------------
 struct Memoire {

@@ -1,4 +1,8 @@
+// Printing of numbered messages, and the report routines that print no
+// object.
 #include "core/message.h"
+
+#include "startup/startup.h"
 
 Messages messages;
 
@@ -6,16 +10,16 @@ namespace {
 // Before the tables exist only these can be said.
 const char* texte_secours(int n) {
   switch (n) {
-    case 28: return "erreur allocation\x07\n";
-    case 36: return "erreur fichier\x07\n";
-    case 37: return "erreur en ecriture\x07\n";
-    case 64: return "erreur commentaire\x07\n";
-    case 67: return "disque plein\x07\n";
+    case MES_ALLOCATION: return "erreur allocation\x07\n";
+    case MES_FICHIER: return "erreur fichier\x07\n";
+    case MES_ECRITURE: return "erreur en ecriture\x07\n";
+    case MES_COMMENTAIRE: return "erreur commentaire\x07\n";
+    case MES_DISQUE: return "disque plein\x07\n";
   }
   return nullptr;
 }
 
-bool cloche_active() { return !etats[0] || etats[0][52] > 0; }
+bool cloche_active() { return etat_ou(0, A_BIP, 1) > 0; }
 }  // namespace
 
 const char* message_texte(int env, int n) {
@@ -26,6 +30,8 @@ const char* message_texte(int env, int n) {
   return messages.tables[env].textes[n];
 }
 
+// A message may be the last thing written before a long computation or a
+// crash: the output is flushed every time.
 int message(int env, int n) {
   if (!messages.charges) {
     if (const char* t = texte_secours(n)) std::fputs(t, stdout);
@@ -53,30 +59,37 @@ void cloche() {
   std::fflush(stdout);
 }
 
+int echec_instruction() {
+  MotCle* m = mot_entree(0, A_ERR);
+  if (m && m->nv > 0 && m->courant) ecrit_reel(m->courant + 4, -1.f);
+  message(0, MES_ECHEC);
+  return -1;
+}
+
 int erreur_pile() {
-  message(0, 12);
+  message(0, MES_PILE);
   return -1;
 }
 
 void erreur_memoire(long a, long b) {
   std::printf("%ld: ", a * b);
-  message(0, 28);
+  message(0, MES_ALLOCATION);
 }
 
 void erreur_fichier(const char* nom) {
   if (nom) std::printf("%s: ", nom);
-  message(0, 36);
+  message(0, MES_FICHIER);
 }
 
 void erreur_ecriture(const char* nom) {
   if (nom) std::printf("%s: ", nom);
-  message(0, 37);
+  message(0, MES_ECRITURE);
 }
 
-void erreur_disque() { message(0, 67); }
+void erreur_disque() { message(0, MES_DISQUE); }
 
 void erreur_interne(const char* texte) {
-  message(0, 104);
+  message(0, MES_INTERNE);
   if (texte) std::fputs(texte, stdout);
   cloche();
 }

@@ -93,10 +93,12 @@ inline std::string_view mot_valeur_texte(const char* p) {
   return {p, static_cast<std::size_t>(f - p)};
 }
 
-[[noreturn]] void erreur_ligne(const char* fichier, int ligne, const char* debut, bool commentaire) {
+[[noreturn]] void erreur_ligne(const char* fichier, int ligne, const char* texte, const char* debut,
+                               bool commentaire) {
   std::printf(commentaire ? "ERREUR COMMENTAIRE dans %s ligne %d\x07\n" : "ERREUR dans %s ligne %d\x07\n", fichier,
               ligne);
   if (!commentaire) {
+    while (debut > texte && debut[-1] != '\n') --debut;  // the whole offending line
     const char* f = debut;
     while (*f && *f != '\n') ++f;
     std::printf("%.*s\n", static_cast<int>(f - debut), debut);
@@ -111,7 +113,7 @@ void lit_entrees(const char* texte, const char* fichier, bool sys_seul, F f) {
   const char* p = texte;
   for (;;) {
     p = saute_commentaires(p, &ligne);
-    if (!p) erreur_ligne(fichier, ligne, "", true);
+    if (!p) erreur_ligne(fichier, ligne, texte, texte, true);
     if (!*p) return;
     const char* debut = p;
     if (sys_seul && std::strncmp(p, "sys", 3) == 0) {
@@ -125,7 +127,7 @@ void lit_entrees(const char* texte, const char* fichier, bool sys_seul, F f) {
     q = saute_blancs(q);
     if (*q != '=') {
       while (*q && *q != '\n' && *q != '=') ++q;
-      if (*q != '=') erreur_ligne(fichier, ligne, debut, false);
+      if (*q != '=') erreur_ligne(fichier, ligne, texte, debut, false);
     }
     q = saute_blancs(q + 1);
     std::string_view v = mot_valeur_texte(q);

@@ -1,5 +1,6 @@
 // The console: line reads that survive an interrupt, the interruption menu,
 // the page prompt and the one way of stopping on a fatal error.
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -22,6 +23,25 @@ void sur_interruption(int) { interrompu = 1; }
 
 // Reads up to the newline; false at end of input. EINTR is reported to the
 // caller through errno.
+// Waits for input with the interrupt blocked except inside ppoll, so that an
+// interrupt landing between the flag's test and the wait is not lost until
+// the next line. False when interrupted.
+bool attend_console() {
+  sigset_t bloque, ancien;
+  sigemptyset(&bloque);
+  sigaddset(&bloque, SIGINT);
+  sigprocmask(SIG_BLOCK, &bloque, &ancien);
+  bool pret = !interrompu;
+  if (pret) {
+    pollfd f{STDIN_FILENO, POLLIN, 0};
+    while (ppoll(&f, 1, nullptr, &ancien) < 0 && !interrompu) {
+    }
+    pret = !interrompu;
+  }
+  sigprocmask(SIG_SETMASK, &ancien, nullptr);
+  return pret;
+}
+
 // Our own buffer over read(2): stdio would retry an interrupted read.
 char tampon[4096];
 int t_pos = 0, t_fin = 0;
@@ -33,6 +53,7 @@ bool lit_brut(char* buf, int taille, int* n) {
   trop_long = false;
   for (;;) {
     if (t_pos == t_fin) {
+      if (!attend_console()) return true;  // interrupted while waiting
       ssize_t r = read(STDIN_FILENO, tampon, sizeof tampon);
       if (r == 0) return *n > 0;
       if (r < 0) {
@@ -51,15 +72,21 @@ bool lit_brut(char* buf, int taille, int* n) {
 }
 }  // namespace
 
-void interruption_installe() {
-  struct sigaction ancien {};
-  sigaction(SIGINT, nullptr, &ancien);
-  if (ancien.sa_handler == SIG_IGN) return;
+namespace {
+void pose_gestionnaire() {
   struct sigaction sa {};
   sa.sa_handler = sur_interruption;
   sigemptyset(&sa.sa_mask);
   sa.sa_flags = 0;  // no restart: a blocked read must come back
   sigaction(SIGINT, &sa, nullptr);
+}
+}  // namespace
+
+// A program started with the interrupt ignored (in the background) keeps it so.
+void interruption_installe() {
+  struct sigaction ancien {};
+  sigaction(SIGINT, nullptr, &ancien);
+  if (ancien.sa_handler != SIG_IGN) pose_gestionnaire();
 }
 
 [[noreturn]] void arret_fatal(const char* texte) {
@@ -80,7 +107,7 @@ int menu_interruption() {
   int n;
   bool lu = lit_brut(buf, sizeof buf, &n);
   char r = lu && n > 0 ? buf[n - 1] : '0';
-  interruption_installe();
+  pose_gestionnaire();
   switch (r) {
     case '0':
       message(0, 8);

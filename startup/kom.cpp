@@ -165,6 +165,7 @@ int kom_analyse(std::string_view source, int env) {
       if (compare_signe(mots[t.index[i]].noms, mots[t.index[j]].noms) > 0) std::swap(t.index[i], t.index[j]);
   if (env >= vocab.nb_env) vocab.nb_env = env + 1;
   etats[env] = t.etats;
+  nb_etats[env] = nb;
   return 0;
 }
 

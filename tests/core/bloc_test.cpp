@@ -38,6 +38,7 @@ TEST(Allocation, ZeroReportsAndNegativeIsProtected) {
 TEST(Allocation, SwitchA34OffKeepsEverything) {
   mot table[40] = {};
   etats[0] = table;
+  nb_etats[0] = static_cast<int>(std::size(table));
   long avant = memoire.compteur;
   mot* b = bloc_alloue(8);
   bloc_libere(b);
@@ -47,6 +48,7 @@ TEST(Allocation, SwitchA34OffKeepsEverything) {
   bloc_libere(b);
   EXPECT_EQ(memoire.compteur, avant);
   etats[0] = nullptr;
+  nb_etats[0] = 0;
 }
 
 TEST(Allocation, DebugTableReportsDoubleRelease) {

@@ -133,10 +133,27 @@ TEST(Mes, BellFollowsA52AndFallbackBeforeTables) {
   messages.charges = true;
   mot table[60] = {};
   etats[0] = table;
+  nb_etats[0] = static_cast<int>(std::size(table));
   testing::internal::CaptureStdout();
   message(0, 0);
   table[52] = 1;
   message(0, 0);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "ab" "a\ab");
   etats[0] = nullptr;
+  nb_etats[0] = 0;
+}
+
+TEST(Kom, ListingWrapsAtPageWidthAndHidesReservedNames) {
+  vocab = Vocabulaire{};
+  messages = Messages{};
+  mes_analyse("|0:> \n|1:\\n", 0);
+  messages.charges = true;
+  // edi (ordinal 0 here stands in for a36 at its place below) sets width 20.
+  std::string kom = "|0: aaaa\n0 0 0 0 .\n|1: bbbb bb Bbbb\n0 0 0 0 .\n|2: ?2\n0 0 0 0 .\n";
+  for (int i = 3; i < 36; ++i) kom += "|" + std::to_string(i) + ": ?" + std::to_string(i) + "\n0 0 0 0 .\n";
+  kom += "|36: edi\n0 0 0 0 20,50\n|37: cccccccc\n0 0 0 0 .\n";
+  ASSERT_EQ(kom_analyse(kom, 0), 0);
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(mots_liste(), 0);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "\naaaa bbbb(bb) edi \ncccccccc \n");
 }

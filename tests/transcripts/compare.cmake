@@ -1,8 +1,24 @@
 # Runs orvane on a transcript's console lines and compares its standard
 # output with the expected one, exactly. NAME.args, when present, replaces
 # the default arguments.
+#
+# Each run has a scratch directory of its own, holding links to env/ and to
+# the fixtures and a copy of the init file, so that both ini=env/initb.h and
+# the default init name work and files the run writes stay out of the tree.
 get_filename_component(dir ${ENTREE} DIRECTORY)
 get_filename_component(nom ${ENTREE} NAME_WE)
+if(NOT DEFINED SOURCE)
+  get_filename_component(SOURCE ${dir}/../.. ABSOLUTE)
+endif()
+if(NOT DEFINED SCRATCH)
+  set(SCRATCH ${SOURCE}/build/tests/transcripts/${nom})
+endif()
+file(REMOVE_RECURSE ${SCRATCH})
+file(MAKE_DIRECTORY ${SCRATCH})
+file(CREATE_LINK ${SOURCE}/env ${SCRATCH}/env SYMBOLIC)
+file(CREATE_LINK ${SOURCE}/tests/transcripts/fixtures ${SCRATCH}/fixtures SYMBOLIC)
+file(COPY ${SOURCE}/env/initb.h DESTINATION ${SCRATCH})
+
 set(args gra=0 ID ini=env/initb.h)
 if(EXISTS ${dir}/${nom}.args)
   file(READ ${dir}/${nom}.args contenu)
@@ -13,6 +29,7 @@ execute_process(COMMAND ${ORVANE} ${args}
   INPUT_FILE ${ENTREE}
   OUTPUT_VARIABLE sortie
   RESULT_VARIABLE code
+  WORKING_DIRECTORY ${SCRATCH}
   TIMEOUT 60)
 set(attendu_fichier ${dir}/${nom}.out)
 if(DEFINED REGENERE)
@@ -24,7 +41,7 @@ if(NOT code EQUAL 0)
   message(FATAL_ERROR "${nom}: exit status ${code}")
 endif()
 if(NOT sortie STREQUAL attendu)
-  set(obtenu ${CMAKE_CURRENT_BINARY_DIR}/${nom}.obtenu)
+  set(obtenu ${SCRATCH}.obtenu)
   file(WRITE ${obtenu} "${sortie}")
   execute_process(COMMAND diff -u ${attendu_fichier} ${obtenu})
   message(FATAL_ERROR "${nom}: output differs (got ${obtenu})")

@@ -7,5 +7,5 @@ bin=${ORVANE:-build/orvane}
 noms=("$@")
 [ ${#noms[@]} -gt 0 ] || noms=($(ls tests/transcripts/*.in | xargs -n1 basename | sed 's/\.in$//'))
 for n in "${noms[@]}"; do
-  cmake -DORVANE="$bin" -DENTREE="tests/transcripts/$n.in" -DREGENERE=1 -P tests/transcripts/compare.cmake
+  cmake -DORVANE="$(realpath "$bin")" -DENTREE="$PWD/tests/transcripts/$n.in" -DREGENERE=1 -P tests/transcripts/compare.cmake
 done
