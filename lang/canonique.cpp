@@ -351,7 +351,7 @@ int nom_instruction(Canon& k, const char* d, const char* f) {
       return 0;
     }
   }
-  if (nom_de_a(d, lg, A_VAR)) {
+  if (nom_de_a(d, lg, A_VAR_LISTE)) {
     const char* q = sauter_blancs(k.p);
     const char* e = fin_nom_texte(q);
     if (debut_nom(q) && *q != '@' && *q != '$' && !mot_lang(q, static_cast<int>(e - q))) {

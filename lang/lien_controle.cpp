@@ -10,7 +10,7 @@
 namespace {
 enum Sorte { SI, TANTQUE, POUR, SELON, BLOC };
 
-struct Cadre {
+struct Niveau {
   Sorte sorte;
 };
 
@@ -18,7 +18,7 @@ struct Lien {
   mot* code = nullptr;
   mot* fin = nullptr;
   int ligne = 0;
-  std::vector<Cadre> cadres;
+  std::vector<Niveau> cadres;
   std::vector<std::pair<mot*, int>> sortirs;  // item, the frame it leaves
   int erreur = 0;
 };

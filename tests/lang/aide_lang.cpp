@@ -108,6 +108,7 @@ void prepare_lang() {
   ASSERT_EQ(mes_analyse(mes, 0), 0);
   messages.charges = true;
   lang = Lang{};
+  macros_globales_vide();
   dem.compile = 200000;
 }
 
