@@ -593,17 +593,21 @@ void saute_jeton(Etat& e) {
 
 int lire_tete_fonction(Etat& e) {
   Compil& c = e.c;
-  auto blancs = [&] {
-    while (est_blanc(*e.p) || *e.p == MARQUE_LIGNE) {
+  // Blanks and line marks of the head; the mark item follows the lines.
+  auto blancs = [&](bool points_virgules) {
+    while (est_blanc(*e.p) || *e.p == MARQUE_LIGNE || (points_virgules && *e.p == ';')) {
       if (*e.p == MARQUE_LIGNE) {
-        if (int n = lire_marque(e.p)) c.ligne = n;
+        if (int n = lire_marque(e.p)) {
+          c.ligne = n;
+          if (dernier_est(e, CEL_LIGNE)) item(e, e.dernier)[1] = n;
+        }
         e.p = saute_marque(e.p);
       } else {
         ++e.p;
       }
     }
   };
-  blancs();
+  blancs(false);
   if (*e.p == MARQUE_NOM) {
     const char* n = e.p + 1;
     int lg = long_nom_champ(e.p);
@@ -615,14 +619,14 @@ int lire_tete_fonction(Etat& e) {
     champ_nom(e);
   }
   paire(e, CEL_LIGNE, 1);
-  blancs();
+  blancs(false);
   if (*e.p != '(') {
     message(0, M_TETE);
     return -1;
   }
   ++e.p;
   for (;;) {
-    blancs();
+    blancs(false);
     if (*e.p == ')') {
       ++e.p;
       break;
@@ -641,7 +645,7 @@ int lire_tete_fonction(Etat& e) {
       if (sym_ajoute(c, SYM_LOCAL, n, nullptr, 0) < 0) return -1;
       ++c.nb_formels;
     }
-    blancs();
+    blancs(false);
     if (*e.p == ',') {
       ++e.p;
     } else if (*e.p != ')') {
@@ -651,14 +655,7 @@ int lire_tete_fonction(Etat& e) {
   }
   // "fonc f, g;": formals that hold the name of a function.
   for (;;) {
-    while (est_blanc(*e.p) || *e.p == MARQUE_LIGNE || *e.p == ';') {
-      if (*e.p == MARQUE_LIGNE) {
-        if (int n = lire_marque(e.p)) c.ligne = n;
-        e.p = saute_marque(e.p);
-      } else {
-        ++e.p;
-      }
-    }
+    blancs(true);
     const char* d = e.p;
     const char* f = d;
     while (!fin_nom_lang(static_cast<unsigned char>(*f))) ++f;
