@@ -66,9 +66,11 @@ void saute_entete_fichier(Lecteur& l) {
   }
 }
 
-// The end of a function's text: behind the brace that closes its first one.
+// The end of a function's text: behind the brace that closes its first one;
+// null when no brace opens before the end.
 const char* fin_fonction(Lecteur& l) {
   int prof = 0;
+  bool ouverte = false;
   while (l.p < l.fin) {
     char ch = *l.p;
     if (ch == '\n') {
@@ -82,12 +84,13 @@ const char* fin_fonction(Lecteur& l) {
       if (l.p >= l.fin || *l.p == '\n') continue;
     } else if (ch == '{') {
       ++prof;
+      ouverte = true;
     } else if (ch == '}' && --prof == 0) {
       return ++l.p;
     }
     ++l.p;
   }
-  return l.fin;
+  return ouverte ? l.fin : nullptr;
 }
 
 Objet* range(const char* d, const char* f, const std::string& nom, int decalage) {
@@ -173,7 +176,7 @@ int fonctions_analyse(const char* texte, std::size_t n) {
     while (d < l.fin && !est_fin_nom(static_cast<unsigned char>(*d))) ++d;
     std::string nom(l.p, d);
     const char* fin = fin_fonction(l);
-    if (nom.empty()) continue;
+    if (nom.empty() || !fin) continue;  // a text without braces is no function
     if (!range(debut, fin, nom, decalage)) return -1;
     ++compte;
   }

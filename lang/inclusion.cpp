@@ -60,9 +60,13 @@ bool corps(const char* t, std::size_t n, std::string& dst) {
 
 int inclut(const char** curseur, Octets& o) {
   const char* p = sauter_blancs(*curseur);
-  if (*p == '"' || *p == '<') ++p;
+  bool entre = *p == '"' || *p == '<';
+  if (entre) ++p;
   const char* d = p;
-  while (*p && *p != '"' && *p != '>' && *p != MARQUE_LIGNE && *p != '(') ++p;
+  // Without quotes the name also ends at a blank or a closing brace.
+  while (*p && *p != '"' && *p != '>' && *p != MARQUE_LIGNE && *p != '(' &&
+         (entre || (!est_blanc(*p) && *p != '}')))
+    ++p;
   const char* f = p;
   while (f > d && est_blanc(f[-1])) --f;
   std::string nom(d, f);
@@ -80,10 +84,13 @@ int inclut(const char** curseur, Octets& o) {
     erreur_fichier(nom.c_str());
     return -1;
   }
-  // The rest of the line goes with the directive.
-  while (*p && *p != MARQUE_LIGNE) ++p;
+  if (insere(o, texte) < 0) return -1;
+  // The rest of the line goes with the directive, but for the closing braces
+  // of what encloses it: a shell line is "{" line "}".
+  for (; *p && *p != MARQUE_LIGNE; ++p)
+    if (*p == '}') met(o, '}');
   *curseur = p;
-  return insere(o, texte);
+  return 0;
 }
 }  // namespace
 

@@ -205,11 +205,5 @@ void lister_mots(const mot* code);
 const char* nom_objet(const Objet* o, char* tampon, int taille);
 int decalage_lignes(const Objet* o);
 
-// ---- files (fonctions.cpp) ---------------------------------------------------------
-// Reads a file through the search path: the current directory, the user
-// directory, then the environment directory; a name that begins with "."
-// only in the current directory. ext, when not null, is added as ".ext".
-bool lire_fichier_recherche(const char* nom, const char* ext, std::string& texte);
-
 // ---- link ----------------------------------------------------------------------
 int lier_controle(Objet* o, mot* code);

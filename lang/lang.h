@@ -164,6 +164,11 @@ int fonctions_analyse(const char* texte, std::size_t n);
 // A function by name, read from its file when no Objet bears it yet; null
 // after "%s: " and message 41.
 Objet* fonction_appel(const char* nom);
+// Reads a file through the search path: the current directory, the user
+// directory, then the environment directory; a name that begins with "."
+// only in the current directory. ext, when not null, is added as ".ext"
+// unless the name ends with it.
+bool lire_fichier_recherche(const char* nom, const char* ext, std::string& texte);
 // Text of a function Objet (word 4 of its data), null if none.
 const char* fonction_texte(const Objet* o, std::size_t* n);
 

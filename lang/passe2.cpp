@@ -618,7 +618,7 @@ int lire_tete_fonction(Etat& e) {
     }
     champ_nom(e);
   }
-  paire(e, CEL_LIGNE, 1);
+  paire(e, CEL_LIGNE, c.ligne);
   blancs(false);
   if (*e.p != '(') {
     message(0, M_TETE);
@@ -727,7 +727,16 @@ int passe2(Compil& c) {
   long dernier = -1;
   for (mot* q = debut + 4; q < s.p; q += taille_item(q))
     if (q[0] != CEL_LIGNE) dernier = q - debut;
-  if (dernier < 0 || !est_op(debut + dernier, ';')) met_paire(s, CEL_OP, ';');
+  if (dernier < 0 || !est_op(debut + dernier, ';')) {
+    // Ahead of the line marks that trail: they belong to what follows.
+    mot* q = debut + (dernier < 0 ? 4 : dernier + taille_item(debut + dernier));
+    if (mots_place(s, 2)) {
+      std::memmove(q + 2, q, sizeof(mot) * (s.p - q));
+      q[0] = CEL_OP;
+      q[1] = ';';
+      s.p += 2;
+    }
+  }
   mot retour = c.fonction ? entree_mot(0, A_RETOUR) : 0;
   if (retour) {
     met_paire(s, CEL_MOT, retour);

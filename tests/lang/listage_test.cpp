@@ -44,7 +44,7 @@ TEST(Listage, EveryItemKindBeforeAndAfterLink) {
                               "si ( LOC0 )", "sinon {", "pour ( LOC3", "( ) pour ( ) ( ) { sortir ; }",
                               "tantque ( LOC0 )", "selon ( LOC0 ) { cas: 1065353216 ; ", "cas: 0 ( LOC0 + 1.000000 )",
                               "defaut: ( LOC0", "aller 1 ; ETIQUETTE 1:", "( vol ( 1.000000 ) rotx ( 30.000000 ) )",
-                              "\n16:\t; ( retour ) \n"})
+                              "( vol ( 1.000000 ) rotx ( 30.000000 ) ) ; \n16:\t( retour ) \n"})
     EXPECT_NE(avant.find(morceau), std::string::npos) << morceau << "\n" << avant;
   for (const char* morceau : {"( @LOC0 = ( ( ( STA s + GLB e ) + @STA s ) + @GLB e ) )", "( g ( 2.000000 ) )",
                               "( h ( 1.000000 ) )", "si V: 9 F: 17 ( LOC0 )", "aller 11 {",

@@ -222,10 +222,10 @@ TEST(Passes, StatementsEndAtLineEnds) {
   prepare_lang();
   EXPECT_EQ(compile_fonction("k(n)\n{\n  a = 1\n  b = a +\n   2\n  si(a)\n    b = 3\n  sinon\n    b = 4\n}"),
             "fonc(k) #3 ( l:a = ( 1 ) ) ; #4 ( l:b = ( l:a + 2 ) ) ; #6 SI ( l:a ) {B ( l:b = ( 3 ) ) }B "
-            "#8 SINON {B ( l:b = ( 4 ) ) }B #10 ; ( retour )");
+            "#8 SINON {B ( l:b = ( 4 ) ) ; }B #10 ( retour )");
   // A phrase on one line stays one phrase; a new line starts a statement.
   EXPECT_EQ(compile_fonction("m()\n{\n vol(1) rotx(30)\n aff\n}"),
-            "fonc(m) #3 ( vol ( 1 ) rotx ( 30 ) ) ; #4 ( aff ) #5 ; ( retour )");
+            "fonc(m) #3 ( vol ( 1 ) rotx ( 30 ) ) ; #4 ( aff ) ; #5 ( retour )");
 }
 
 TEST(Passes, OverflowRestartsWithTwiceTheRoom) {
