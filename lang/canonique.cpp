@@ -108,7 +108,7 @@ int prefixe(Canon& k, bool* fait) {
 // A name out of the keyword forms: "name++" becomes "(name++)"; a group
 // directly behind the name is copied with it; else a blank follows.
 int nom_simple(Canon& k, const char* d, const char* f) {
-  if ((k.p[0] == '+' || k.p[0] == '-') && k.p[1] == k.p[0]) {
+  if ((k.p[0] == '+' || k.p[0] == '-') && k.p[1] == k.p[0] && *d != '$' && *d != '@') {
     met(k.o, '(');
     met_n(k.o, d, f - d);
     met_n(k.o, k.p, 2);

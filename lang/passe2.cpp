@@ -20,6 +20,10 @@ struct Etat {
   int parentheses = 0;
   int crochets = 0;
   bool tete_pour = false;
+  // The bracket of a control keyword: behind its ")" a statement begins, so
+  // a "-" there is a unary minus.
+  bool tete_attendue = false;
+  int tete_niveau = -1;
   bool ref = false;
   bool operande = true;  // an operand is expected
   long dernier = -1;     // offset of the previous item
@@ -69,7 +73,11 @@ bool fin_operande(Etat& e) {
 bool debut_operande(const char* p) {
   while (est_blanc(*p) || *p == MARQUE_LIGNE) p = *p == MARQUE_LIGNE ? saute_marque(p) : p + 1;
   char ch = *p;
-  if (ch == '"' || ch == '\'' || ch == '@' || ch == '$' || debut_nombre(p)) return true;
+  // A line that begins with "(" (the form of "++x"), "[" or "!" begins a
+  // statement too; one that begins with an operator goes on with the last.
+  if (ch == '"' || ch == '\'' || ch == '@' || ch == '$' || ch == '(' || ch == '[' || ch == '!' ||
+      debut_nombre(p))
+    return true;
   if (!ch || fin_nom_lang(static_cast<unsigned char>(ch)) || ch == MARQUE_NOM) return false;
   const char* f = p;
   while (!fin_nom_lang(static_cast<unsigned char>(*f))) ++f;
@@ -313,6 +321,7 @@ int mot_cle(Etat& e, MotCle* m) {
     case A_POUR:
       bloc(e, 20, BLOC_POUR);
       e.tete_pour = true;
+      e.tete_attendue = true;
       return 0;
     case A_ALLER: {
       const char* q = sauter_blancs(e.p);
@@ -326,9 +335,12 @@ int mot_cle(Etat& e, MotCle* m) {
       e.p = q;
       return 0;
     }
-    case A_SI: bloc(e, 13, BLOC_SI); return 0;
-    case A_TANTQUE: bloc(e, 9, BLOC_TANTQUE); return 0;
-    case A_SELON: bloc(e, 3, BLOC_SELON); return 0;
+    case A_SI:
+    case A_TANTQUE:
+    case A_SELON:
+      bloc(e, m->ordinal == A_SI ? 13 : m->ordinal == A_TANTQUE ? 9 : 3, m->ordinal);
+      e.tete_attendue = true;
+      return 0;
     case A_SINON:
       paire(e, CEL_OP, OP_SINON);
       e.operande = true;
@@ -428,6 +440,8 @@ int jeton(Etat& e) {
     case '[':
       ++e.p;
       if (!pousse(e, ch)) return -1;
+      if (ch == '(' && e.tete_attendue) e.tete_niveau = e.haut;
+      e.tete_attendue = false;
       op(e, ch, ch);
       e.operande = true;
       return 0;
@@ -436,7 +450,8 @@ int jeton(Etat& e) {
       ++e.p;
       if (ferme(e, ch == ')' ? '(' : '[') < 0) return -1;
       op(e, ch, ch);
-      e.operande = false;
+      e.operande = e.haut + 1 == e.tete_niveau;
+      if (e.operande) e.tete_niveau = -1;
       return 0;
     case ';':
       ++e.p;

@@ -107,7 +107,8 @@ int sequence(Formes& f, const mot*& p, bool accolade, bool selon);
 int controle(Formes& f, const mot*& p);
 
 int une_instruction(Formes& f, const mot*& p, int erreur) {
-  while (p < f.fin && p[0] == CEL_LIGNE) {
+  // Line marks and labels stand ahead of the statement they belong to.
+  while (p < f.fin && (p[0] == CEL_LIGNE || p[0] == CEL_ETIQUETTE)) {
     met_mots(f.s, p, 2);
     p += 2;
   }
@@ -122,7 +123,7 @@ int une_instruction(Formes& f, const mot*& p, int erreur) {
     p += 2;
     return 0;
   }
-  if (p[0] == CEL_ALLER || p[0] == CEL_SORTIR || p[0] == CEL_ETIQUETTE) {
+  if (p[0] == CEL_ALLER || p[0] == CEL_SORTIR) {
     met_mots(f.s, p, 2);
     p += 2;
   } else {

@@ -13,10 +13,12 @@ inline void op(Liens& l, mot v) { met_paire(l.s, CEL_OP, v); }
 
 bool est_affectation(const mot* p) { return p[0] == CEL_OP && priorite(p[1]) == 3; }
 
-// What may begin the argument of a keyword written without brackets.
+// What may begin the argument of a keyword written without brackets: an
+// operand, or a prefix operator in front of one.
 bool debut_argument(const mot* p) {
   if (p[0] > 0) return p[1] == BLOC_CHAINE || p[1] == BLOC_REEL || est_appel(p);
-  return p[0] == CEL_REEL || p[0] == CEL_PI || p[0] == CEL_NIL || est_variable(p[0]) || est_op(p, '[');
+  return p[0] == CEL_REEL || p[0] == CEL_PI || p[0] == CEL_NIL || est_variable(p[0]) || est_op(p, '[') ||
+         est_op(p, '!') || est_op(p, OP_TILDE) || est_op(p, OP_INCR) || est_op(p, OP_DECR);
 }
 
 // Such an argument runs to the next "=", ";", closing bracket or sinon.
