@@ -96,7 +96,9 @@ int compiler(Objet* o) {
       break;
     }
     if (static_cast<long>(e.code.size()) < taille) e.code.resize(taille, 0);
-    if (static_cast<long>(e.sym.size()) < dem.compile) e.sym.resize(dem.compile > 64 ? dem.compile : 64, 0);
+    // The symbol area takes the size of the global each time; room it had
+    // before stays allocated, so growing again costs no copy.
+    e.sym.resize(dem.compile > 64 ? dem.compile : 64, 0);
     c = Compil{};
     c.objet = o;
     c.fonction = fonction;

@@ -251,3 +251,45 @@ TEST(Passes, OverflowRestartsWithTwiceTheRoom) {
   std::string debut = texte_items(o->code).substr(0, 40);
   EXPECT_EQ(debut, "#2 ( g:x = ( ( ( ( ( ( ( ( ( ( ( ( ( ( (");
 }
+
+TEST(Passes, SymbolAreaGrowsAndGoesOn) {
+  prepare_lang();
+  dem.compile = 64;
+  vocab.tables[0].etats[A_EDI] = 2;
+  std::string t = "f() {";
+  for (int i = 0; i < 40; ++i) t += " v" + std::to_string(i) + " = " + std::to_string(i) + ";";
+  Objet* f = fonction(t + " }");
+  int r;
+  std::string s = compile(f, &r);
+  EXPECT_EQ(r, 1);
+  // 40 entries of 6 words, and the run's closing 0.
+  EXPECT_EQ(s, "M18\n: 128\nM18\n: 256\n");
+  EXPECT_EQ(dem.compile, 256);
+  EXPECT_EQ(f->code[2], 40);
+}
+
+TEST(Passes, AliasesAndStepPromptNames) {
+  prepare_lang();
+  // The alias table: lines "name=text" in an Objet of type a107.
+  std::string lignes = "tourne=rotx\nmoins = 0 -\n";
+  Objet* a = objet_cree(0, TYPE_ALIAS, 0, nullptr, nullptr, 0);
+  a->donnees = bloc_alloue(long_chaine(lignes.size()));
+  a->donnees[1] = BLOC_CHAINE;
+  a->donnees[2] = a->donnees[3] = 1;
+  std::memcpy(bloc_texte(a->donnees), lignes.c_str(), lignes.size() + 1);
+  EXPECT_EQ(compile_ligne("tourne(30); x = moins 2; tourner = 1"),
+            "#1 ( rotx ( 30 ) ) ; ( g:x = ( 0 - 2 ) ) ; ( g:tourner = ( 1 ) ) ; FIN");
+  objet_supprime(a);
+  // A line typed at a step prompt inside f sees f's locals and statics.
+  Objet* f = fonction("f(a) { statique s; b = a + s }");
+  compile(f);
+  lier(f);
+  lang.fonction_pas = f;
+  // (The local's name is in f's run, not the line's: "l:?".)
+  EXPECT_EQ(compile_ligne("$b + s + c"), "#1 ( $ ( ( l:? + s:s ) + g:c ) ) ; FIN");
+  Objet* l = ligne("s = 1");
+  compile(l);
+  lier(l);
+  EXPECT_EQ(l->code[8], CEL_STATIQUE);
+  EXPECT_EQ(l->code[9], ptr_vers_mot(objet_trouve(OBJ_STATIQUE, 0, f->numero, "s")));
+}
