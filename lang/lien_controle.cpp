@@ -248,11 +248,16 @@ int suite(Lien& l, mot*& p, std::vector<mot*>* cas) {
     } else if (est_op(p, OP_BOUCLE)) {
       r = pour_compte(l, p);
     } else if (est_op(p, '{')) {
+      // A brace group among statements only groups them: its braces become
+      // the begin and end items that the walk steps over.
+      mot* ouvre = p;
       p += 2;
       l.cadres.push_back({BLOC});
       if (suite(l, p, nullptr) < 0) return -1;
       if (!(p < l.fin && est_op(p, '}'))) return echec(l, M_ACCOLADES);
       ferme(l, p);
+      ouvre[1] = OP_DEBUT;
+      p[1] = OP_FIN;
       p += 2;
     } else if (p[0] == CEL_SORTIR) {
       sortir(l, p);

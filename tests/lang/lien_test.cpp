@@ -200,6 +200,11 @@ TEST(Lien, ControlFlowWalks) {
   EXPECT_EQ(execute("pour(;;) sortir; $1", g), "1 ");
   EXPECT_EQ(execute("i = 0; tantque(1){ i = i + 1; si(i > 2) sortir }; $i", g), "3 ");
   EXPECT_EQ(execute("pour(i=0,2){ pour(j=0,9){ si(j > 0) sortir; $j } $i }", g), "0 0 0 1 0 2 ");
+  // A brace group among statements; sortir leaves the pour around it.
+  EXPECT_EQ(execute("{ a = 1; { b = 2 } }; pour(i=0,5){ { a = i } si(i == 2) sortir; $i }; $a + b", g), "0 1 4 ");
+  // From a si, sortir counts two closing braces: a brace group around the si
+  // is the second one.
+  EXPECT_EQ(execute("pour(i=0,3){ { si(i == 1) sortir; $i } }", g), "0 2 3 ");
   // aller, forward and back.
   EXPECT_EQ(execute("i = 0; haut: i = i + 1; si(i < 3) aller haut; $i; aller fin; $99; fin: $0", g), "3 0 ");
 }
