@@ -744,7 +744,7 @@ int passe2(Compil& c) {
     if (q[0] != CEL_LIGNE) dernier = q - debut;
   if (dernier < 0 || !est_op(debut + dernier, ';')) {
     // Ahead of the line marks that trail: they belong to what follows.
-    mot* q = debut + (dernier < 0 ? 4 : dernier + taille_item(debut + dernier));
+    mot* q = dernier < 0 ? s.p : debut + dernier + taille_item(debut + dernier);
     if (mots_place(s, 2)) {
       std::memmove(q + 2, q, sizeof(mot) * (s.p - q));
       q[0] = CEL_OP;

@@ -293,3 +293,20 @@ TEST(Passes, AliasesAndStepPromptNames) {
   EXPECT_EQ(l->code[8], CEL_STATIQUE);
   EXPECT_EQ(l->code[9], ptr_vers_mot(objet_trouve(OBJ_STATIQUE, 0, f->numero, "s")));
 }
+
+TEST(Passes, EdgesOfTheGrammar) {
+  prepare_lang();
+  // A source without braces compiles to an empty body.
+  Objet* o = objet_cree(0, OBJ_TRANSITOIRE, 0, nullptr, nullptr, 0);
+  o->donnees = bloc_alloue(long_chaine(5));
+  o->donnees[1] = BLOC_CHAINE;
+  std::memcpy(bloc_texte(o->donnees), "a = 1", 6);
+  int r;
+  EXPECT_EQ(compile(o, &r), "");
+  EXPECT_EQ(texte_items(o->code), "#1 ; FIN");
+  // In a keyword's argument "a -b" is a - b; "--" behind ")" is postfix.
+  EXPECT_EQ(compile_ligne("vol a -b"), "#1 ( vol ( g:a - g:b ) ) ; FIN");
+  EXPECT_EQ(compile_ligne("x = (a)-- - 1"), "#1 ( g:x = ( ( ( g:a ) -- ) - 1 ) ) ; FIN");
+  // A name with a dot is one name.
+  EXPECT_EQ(compile_ligne("a.b = 1"), "#1 ( g:a.b = ( 1 ) ) ; FIN");
+}
