@@ -18,6 +18,9 @@ constexpr long MARGE = 120;
 // Ceilings: past them the workspace is exhausted, not doubled again.
 constexpr long TAILLE_MAX_CODE = 1L << 25;
 constexpr long TAILLE_MAX_SYMBOLES = 1L << 25;
+// -0.0: the 0 that pass 2 puts ahead of a unary minus, so that pass 3 binds
+// that minus to its operand alone.
+constexpr mot ZERO_UNAIRE = static_cast<mot>(0x80000000u);
 // Deepest nesting of brackets and bodies; past it message 2.
 constexpr int IMBRICATION_MAX = 200;
 
@@ -182,8 +185,6 @@ inline bool fin_nom_lang(unsigned char c) { return est_fin_nom(c) || c == '~' ||
 
 // ---- pass 2 -------------------------------------------------------------------
 int passe2(Compil& c);
-// The head of a function: name, formals, fonc declarations.
-int lire_tete(Compil& c, const char** p, Mots& s);
 // A list of externe or statique declarations; *seul tells it was empty.
 int lire_declarations(Compil& c, const char** p, mot sorte, bool* seul);
 // A compiled and run declaration value: a new value block, or null.

@@ -28,7 +28,6 @@ int priorite(mot o) {
 }
 
 namespace {
-constexpr mot ZERO_UNAIRE = static_cast<mot>(0x80000000u);
 constexpr int PROFONDEUR_MAX = 4000;
 
 struct Ops {
