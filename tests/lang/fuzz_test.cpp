@@ -164,12 +164,15 @@ std::string essaie(Capture& c, const std::string& texte, bool fonction) {
 
 TEST(Fuzz, RandomTokensAndBytes) {
   prepare_lang();
-  alarm(300);  // a loop would hang the run: better a failure
-  std::mt19937 alea(20240521);
+  // A longer hunt: ORVANE_FUZZ_N cases from the seed ORVANE_FUZZ_GRAINE.
+  const char* n_env = std::getenv("ORVANE_FUZZ_N");
+  const char* g_env = std::getenv("ORVANE_FUZZ_GRAINE");
+  const int N = n_env ? std::atoi(n_env) : 100000;
+  alarm(n_env ? 0 : 300);  // a loop would hang the run: better a failure
+  std::mt19937 alea(g_env ? std::atoi(g_env) : 20240521);
   Capture c;
   c.ouvre();
   int echecs = 0;
-  constexpr int N = 100000;
   for (int i = 0; i < N && echecs < 5; ++i) {
     std::string t;
     if (i % 10 < 4) {
