@@ -58,7 +58,7 @@ enum : mot {
   BLOC_POUR_TROIS = -1024,  // header of pour(init; condition; step)
   BLOC_POUR_COMPTE = -1025, // header of pour(i = start, limit [, step])
   BLOC_APPEL = -1032,       // [4, tag, symbol index, argument count]
-  BLOC_APPEL_FORMEL = -1042,
+  BLOC_APPEL_FORMEL = -1042,  // the same through a formal; its slot after link
   // Tags that link gives.
   BLOC_TEST = -16,            // si and tantque
   BLOC_SELON_LIE = -30,
@@ -84,7 +84,8 @@ enum : mot {
 };
 
 // Kinds of symbol entries; entry: [length, kind, index, Objet, N, name...,
-// value block when any], N = strlen(name) / 4 + 2.
+// value block when any], N = strlen(name) / 4 + 2. A static carries its value
+// twice: the second copy is its Objet's. A macro's value is its text.
 enum : mot {
   SYM_LOCAL = -1004,
   SYM_STATIQUE = -1005,
@@ -180,7 +181,7 @@ int macro_globale(const char* ligne);
 // ---- scanner ---------------------------------------------------------------------
 constexpr int TAILLE_NOM = 256;
 constexpr char MARQUE_LIGNE = 3;  // byte 3 and four digit bytes, each plus 1
-constexpr char MARQUE_NOM = 2;    // byte 2 and a NUL-ended name in 79 bytes
+constexpr char MARQUE_NOM = 2;    // byte 2, the name, byte 1 to the end of 80 bytes
 constexpr int LONG_MARQUE = 5;
 constexpr int LONG_CHAMP_NOM = 80;
 
