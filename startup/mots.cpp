@@ -88,9 +88,15 @@ int mot_correspond(const char* nom, const char* texte) {
 MotCle* mot_cherche(const char* texte) {
   for (int e = 0; e < vocab.nb_env; ++e) {
     TableMots& t = vocab.tables[e];
-    for (int i = 0; i < t.nb; ++i)
-      for (const char* n = t.mots[i].noms; *n && !(*n >= 'A' && *n <= 'Z'); n = nom_suivant(n))
+    for (int i = 0; i < t.nb; ++i) {
+      // The primary name always counts (NIL, PI); aliases stop at the first
+      // capitalised word.
+      const char* n = t.mots[i].noms;
+      if (!*n) continue;
+      if (mot_correspond(n, texte)) return &t.mots[i];
+      for (n = nom_suivant(n); *n && !(*n >= 'A' && *n <= 'Z'); n = nom_suivant(n))
         if (mot_correspond(n, texte)) return &t.mots[i];
+    }
   }
   return nullptr;
 }

@@ -74,6 +74,11 @@ TEST(Kom, SearchByNameAtWordBoundary) {
   EXPECT_EQ(mot_cherche_long("Volume"), mot_entree(0, 1));
   EXPECT_EQ(mot_cherche_long("vol"), nullptr);  // the primary name is not tested
   EXPECT_EQ(mot_cherche("vo=3"), mot_entree(0, 5));
+  EXPECT_EQ(mot_cherche("zz;"), mot_entree(0, 0));
+  // A capitalised primary name is still a name of the language.
+  ASSERT_EQ(kom_analyse("|0: NIL Nil\n0 0 0 0 .\n", 1), 0);
+  EXPECT_EQ(mot_cherche("NIL;"), mot_entree(1, 0));
+  EXPECT_EQ(mot_cherche("Nil;"), nullptr);
 }
 
 TEST(Kom, IndexSortedWithPrefixFirst) {
