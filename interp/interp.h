@@ -9,7 +9,7 @@
 #pragma once
 #include "core/bloc.h"
 #include "core/objet.h"
-#include "interp/attente_lang.h"
+#include "lang/lang.h"
 
 // ---- kinds of code items and of stack values ------------------------------
 enum : mot {
