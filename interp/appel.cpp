@@ -65,64 +65,77 @@ int appel_formel(mot* appel, Objet** f, bool copier) {
 }
 }  // namespace
 
-int appeler_fonction(mot* appel, bool copier) {
-  Objet* f = nullptr;
+namespace {
+// The function of a call that is not already linked to its object: by name,
+// or through a formal. 1 when a keyword's phrase ran in its place.
+int fonction_de(mot* appel, Objet** f, bool copier) {
   switch (appel[1]) {
     case BLOC_OBJET:
-      f = static_cast<Objet*>(mot_vers_ptr(appel[2]));
-      if (!f || f->type != A_FONC) {
-        message(0, M_FONCTION);
-        return ECHEC;
-      }
-      break;
+      message(0, M_FONCTION);
+      return ECHEC;
     case BLOC_NOM: {
       const char* nom = static_cast<const char*>(mot_vers_ptr(appel[2]));
       if (!nom) return introuvable("");
-      f = fonction_trouve(nom);
-      if (!f) f = fonction_appel(nom);  // read from its file, or message 41
-      if (!f) return ECHEC;
-      break;
+      *f = fonction_trouve(nom);
+      if (!*f) *f = fonction_appel(nom);  // read from its file, or message 41
+      return *f ? 0 : ECHEC;
     }
-    case IT_FORMEL: {
-      int r = appel_formel(appel, &f, copier);
-      if (r != 0) return r < 0 ? r : 0;
-      break;
-    }
-    default:
-      message(0, M_NON_LIE);
-      return ECHEC;
+    case IT_FORMEL:
+      return appel_formel(appel, f, copier);
+  }
+  message(0, M_NON_LIE);
+  return ECHEC;
+}
+}  // namespace
+
+int appeler_fonction(mot* appel, bool copier) {
+  Objet* f = static_cast<Objet*>(mot_vers_ptr(appel[2]));
+  if (__builtin_expect(appel[1] != BLOC_OBJET || !f || f->type != A_FONC, 0)) {
+    int r = fonction_de(appel, &f, copier);
+    if (r != 0) return r < 0 ? r : 0;
   }
   // The first call after any change of the functions links them all.
-  if (lang.generation != lang.generation_liee) lier_tout();
-  if (!f->code && lier(f) < 0) return ECHEC;
-  if (f->code[1] != IT_CODE) return ECHEC;
+  if (__builtin_expect(lang.generation != lang.generation_liee, 0)) lier_tout();
   mot* code = f->code;
+  if (__builtin_expect(!code, 0)) {
+    if (lier(f) < 0) return ECHEC;
+    code = f->code;
+  }
+  if (!code || code[1] != IT_CODE) return ECHEC;
   const mot nslots = code[2], nformels = code[3];
   Objet* slots = piles.loc_haut;
-  if (slots + nslots + 1 >= piles.loc_fin || pile_c_epuisee()) {
+  if (__builtin_expect(slots + nslots + 1 >= piles.loc_fin || pile_c_epuisee(), 0)) {
     message(0, M_LOCALES);
     return ECHEC;
   }
+  // Formals take the arguments (missing ones read as nil), other slots
+  // start without value.
   mot* arg = appel + 4;
   mot* const fin_args = appel + appel[0];
-  for (mot i = 0; i < nslots; ++i) {
-    Objet* s = slots + i;
+  Objet* s = slots;
+  mot i = 0;
+  for (; i < nformels && arg < fin_args; ++i, ++s) {
     s->numero = i;
     s->nom = nullptr;
-    s->type = OBJ_LOCAL;
-    s->f1 = 0;
     s->code = nullptr;
-    if (i < nformels && arg < fin_args) {
-      if (arg[0] == IT_REF_GLOBAL) {
-        s->type = CADRE_REFERENCE;
-        s->donnees = reinterpret_cast<mot*>(variable_de(arg));
-      } else {
-        s->donnees = arg;
-      }
-      arg += taille_item(arg);
+    s->f1 = 0;
+    if (arg[0] == IT_REF_GLOBAL) {
+      s->type = CADRE_REFERENCE;
+      s->donnees = reinterpret_cast<mot*>(variable_de(arg));
+      arg += 2;
     } else {
-      s->donnees = i < nformels ? bloc_nil : nullptr;
+      s->type = OBJ_LOCAL;
+      s->donnees = arg;
+      arg += taille_item(arg);
     }
+  }
+  for (; i < nslots; ++i, ++s) {
+    s->numero = i;
+    s->nom = nullptr;
+    s->code = nullptr;
+    s->f1 = 0;
+    s->type = OBJ_LOCAL;
+    s->donnees = i < nformels ? bloc_nil : nullptr;
   }
   Objet* marque = slots + nslots;
   marque->numero = nslots;
@@ -138,7 +151,6 @@ int appeler_fonction(mot* appel, bool copier) {
   cadre.locaux = slots;
   cadre.nb = nslots;
   cadre.nom_local = nom_local;
-  ++interp.profondeur;
   if (debug.drapeau && debug_option(0, A_FONC)) option_debug(nom_fonction(f), 1, 0, A_FONC, 0, 0, 0, 0);
   mot* res = fin_args + 1;
   fin_args[0] = 0;
@@ -149,13 +161,12 @@ int appeler_fonction(mot* appel, bool copier) {
   // After a restart from the interruption menu the records below may have
   // been reused by the line run there: nothing is released then.
   if (!reprise_demandee)
-    for (mot i = 0; i < nslots; ++i)
-      if (slots[i].type == OBJ_LOCAL && slots[i].f1) bloc_libere(slots[i].donnees);
+    for (Objet* x = slots; x < marque; ++x)
+      if (x->f1 && x->type == OBJ_LOCAL) bloc_libere(x->donnees);
   piles.loc_haut = slots;
   interp.fonction = appelant;
   cadre = cadre_appelant;
   interp.ligne = ligne;
-  --interp.profondeur;
   if (r < 0) return ECHEC_CLOS;
   if (copier) {
     mot n = res[0] == 0 ? 0 : taille_item(res);

@@ -157,6 +157,13 @@ int executer(mot* code, mot* resultat) {
   Boucles boucles;
   mot* const pas = etats[0] ? etats[0] + A_PAS : nullptr;
   for (;;) {
+    // Separators and line marks are passed over first, so that the checks
+    // below run once per statement.
+    while (p[0] == IT_LIGNE || (p[0] == IT_OP && (p[1] == ';' || p[1] == OP_NOP || p[1] == OP_DEBUT ||
+                                                  p[1] == OP_FIN || p[1] == '{' || p[1] == '}'))) {
+      if (p[0] == IT_LIGNE && (!pas || *pas != 2)) interp.ligne = p[1];
+      p += 2;
+    }
     // The interrupt and the restart are seen at every statement.
     if (interrompu | reprise_demandee) {
       if (interrompu) menu_interruption();
@@ -229,7 +236,8 @@ int executer(mot* code, mot* resultat) {
           continue;
         case IT_POUR3:
         case IT_SI: {
-          int t = tester(p + p[2], resultat);
+          float x;
+          int t = groupe_scalaire(p + p[2], &x) ? x != 0 : tester(p + p[2], resultat);
           if (t < 0) {
             rapporte(interp.code);
             if (etat_a(A_CONT) != 0 || reprise_demandee) return ECHEC;
@@ -257,7 +265,30 @@ int executer(mot* code, mot* resultat) {
     }
     // A statement: a group, a bare phrase or a raw block.
     int etat = 0;
-    if (w == IT_OP) {
+    if (w == IT_OP && p[1] == '(' && p[2] == IT_MOT && p[4] == IT_OP && p[5] == '(' &&
+        static_cast<const MotCle*>(mot_vers_ptr(p[3]))->ordinal == A_RETOUR &&
+        static_cast<const MotCle*>(mot_vers_ptr(p[3]))->env == 0) {
+      // (retour (v)): the value straight to the result, the walk ends.
+      suite = evaluer_groupe(p + 4, resultat, &etat);
+      if (suite && suite[0] == IT_OP && suite[1] == ')') {
+        if (resultat[0] < 0 && copie_valeur(resultat, piles.eva_limite) < 0) suite = nullptr;
+        else break;
+      } else if (suite) {
+        // More follows: the phrase is made as construire_phrase would, and
+        // the statement's walk goes on behind it.
+        mot* q = suite;
+        mot n = taille_item(resultat);
+        if (!place(resultat, 7 + n)) {
+          interp.code = PILE_PLEINE;
+          suite = nullptr;
+        } else {
+          std::memmove(resultat + 7, resultat, static_cast<std::size_t>(n) * sizeof(mot));
+          mot tete[7] = {7 + n, BLOC_PHRASE, 1, 0, 3 + n, 0, A_RETOUR};
+          std::memcpy(resultat, tete, sizeof tete);
+          suite = evaluer_suite(q, resultat, resultat + 7 + n, ')', &etat);
+        }
+      }
+    } else if (w == IT_OP) {
       suite = evaluer_groupe(p, resultat, &etat);
     } else if (w == IT_MOT) {
       suite = construire_phrase(p, resultat);
@@ -289,11 +320,8 @@ fin:
 }
 
 int tester(mot* groupe, mot* haut) {
-  float a, b, r;
-  const mot* p = groupe + 2;
-  if (groupe[1] == '(' && p[2] == IT_OP && p[6] == IT_OP && p[7] == ')' && scalaire_item(p, &a) &&
-      scalaire_item(p + 4, &b) && calcul_scalaire(p[3], a, b, &r))
-    return r != 0;
+  float r;
+  if (groupe_scalaire(groupe, &r)) return r != 0;
   int etat = 0;
   if (!evaluer_groupe(groupe, haut, &etat)) return ECHEC;
   Valeur v;

@@ -14,7 +14,7 @@ mot* echec(int code) {
 // ---- the common shapes of scalar code, taken without the stack -------------
 // (a op b) on two scalars: the value at base. False when the shape or the
 // values are not those, or when the operator has a failure to report.
-inline bool binaire_scalaire(const mot* p, mot* base) {
+TOUJOURS_EN_LIGNE bool binaire_scalaire(const mot* p, mot* base) {
   if (p[2] != IT_OP || p[6] != IT_OP || p[7] != ')') return false;
   float a, b, r;
   if (!scalaire_item(p, &a) || !scalaire_item(p + 4, &b) || !calcul_scalaire(p[3], a, b, &r)) return false;
@@ -165,6 +165,10 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
     haut = piles.eva_haut;
     p = q;
   }
+  return evaluer_suite(p, base, haut, ferme, etat);
+}
+
+mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat) {
   Differes differes;
   for (;;) {
     mot w = p[0];
@@ -193,6 +197,14 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
               return echec(ECHEC);
             }
             piles.eva_haut = haut;
+            // Two scalars and an operator: done here.
+            float a, b, x;
+            if (op == ')' && !differes.n && base[0] > 0 && haut == base + 12 && base[5] == IT_OP &&
+                scalaire_item(base, &a) && scalaire_item(base + 7, &b) && calcul_scalaire(base[6], a, b, &x)) {
+              ecrit_scalaire(base, x);
+              piles.eva_haut = base + 5;
+              return p + 2;
+            }
             int r = reduire(base, haut, &differes);
             if (r < 0) return echec(r);
             if (r == 2) *etat = 2;

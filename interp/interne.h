@@ -77,9 +77,10 @@ void aide_mot(MotCle* m);
 mot* groupe_suivant(mot* p);
 
 // ---- scalars without the stack -------------------------------------------------
+#define TOUJOURS_EN_LIGNE inline __attribute__((always_inline))
 // The scalar that an item stands for, when it is one: a constant, a variable
 // holding one, or a five-word block.
-inline bool scalaire_item(const mot* it, float* x) {
+TOUJOURS_EN_LIGNE bool scalaire_item(const mot* it, float* x) {
   const mot* b;
   switch (it[0]) {
     case IT_REEL:
@@ -108,7 +109,7 @@ inline bool scalaire_item(const mot* it, float* x) {
 
 // The operators that cannot fail on two scalars; false for the others, and
 // for a division that has to report.
-inline bool calcul_scalaire(mot op, float a, float b, float* r) {
+TOUJOURS_EN_LIGNE bool calcul_scalaire(mot op, float a, float b, float* r) {
   switch (op) {
     case '+': *r = a + b; return true;
     case '-': *r = a - b; return true;
@@ -137,3 +138,16 @@ inline void copie_mots(mot* dst, const mot* src, mot n) {
 }
 // The compiler's listings follow the debug options a63 and a23.
 void debug_applique();
+
+// (a op b) with a and b the items of a group that holds nothing else: its
+// truth or value without the stack. False when that is not the shape.
+TOUJOURS_EN_LIGNE bool groupe_scalaire(const mot* groupe, float* r) {
+  const mot* p = groupe + 2;
+  float a, b;
+  return groupe[1] == '(' && p[2] == IT_OP && p[6] == IT_OP && p[7] == ')' && scalaire_item(p, &a) &&
+         scalaire_item(p + 4, &b) && calcul_scalaire(p[3], a, b, r);
+}
+
+// The rest of a group from p, with its items from base to haut already on
+// the stack, up to the closing bracket `ferme`.
+mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat);

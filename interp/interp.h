@@ -80,7 +80,6 @@ struct Interp {
   mot* resultat = nullptr;    // value of the last statement of the last executer
   int code = 0;               // failure code behind a null from evaluer_groupe
   int mode_impression = 0;    // 2: the shell carries on after a failed line
-  int profondeur = 0;         // calls in progress
   // The machine stack: a run that nears its end fails with message 11
   // instead of overflowing it.
   char* pile_c_base = nullptr;
