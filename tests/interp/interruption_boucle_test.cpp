@@ -1,0 +1,63 @@
+// Ctrl-C reaches the menu while a program runs, not only at the prompt:
+// the engine looks at the flag at every statement, and a restart unwinds by
+// return codes back to the top-level prompt.
+#include <gtest/gtest.h>
+
+#include "../outils/processus.h"
+
+namespace {
+Processus boucle_lancee(const char* ligne) {
+  Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h"});
+  EXPECT_TRUE(attend(p, "empilements"));
+  usleep(100000);  // the handler is set just after the sizes report
+  tape(p, ligne);
+  usleep(200000);  // well into the loop
+  p.lu.clear();
+  kill(p.pid, SIGINT);
+  EXPECT_TRUE(attend(p, "Interruption"));
+  return p;
+}
+}  // namespace
+
+TEST(InterruptionBoucle, AbandonReturnsToThePrompt) {
+  Processus p = boucle_lancee("n = 0; tantque (1) n += 1");
+  tape(p, "x");  // any other answer: the loop goes on
+  ASSERT_TRUE(attend(p, "Reponse illegale"));
+  usleep(50000);
+  p.lu.clear();
+  kill(p.pid, SIGINT);
+  ASSERT_TRUE(attend(p, "Interruption"));
+  tape(p, "0");
+  ASSERT_TRUE(attend(p, "Abandon"));
+  tape(p, "$ n > 1000");
+  EXPECT_TRUE(attend(p, "1.000000"));
+  EXPECT_EQ(termine(p), 0);
+}
+
+TEST(InterruptionBoucle, PauseRunsOneLineThenRestarts) {
+  Processus p = boucle_lancee("pour (i = 1, 1e9) x = i");
+  tape(p, "2");
+  ASSERT_TRUE(attend(p, "Pause>"));
+  tape(p, "$ i > 1");  // the line sees the interrupted loop's variable
+  ASSERT_TRUE(attend(p, "1.000000"));
+  p.lu.clear();
+  tape(p, "$ 8");  // back at the prompt, the loop abandoned
+  EXPECT_TRUE(attend(p, "8.000000"));
+  EXPECT_EQ(termine(p), 0);
+}
+
+TEST(InterruptionBoucle, DeepRecursionUnwinds) {
+  Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h", "uti=tests/transcripts/fixtures/fonctions"});
+  ASSERT_TRUE(attend(p, "empilements"));
+  usleep(100000);
+  tape(p, "$ profond(200)");
+  usleep(250000);  // some hundred frames deep
+  kill(p.pid, SIGINT);
+  ASSERT_TRUE(attend(p, "Interruption"));
+  tape(p, "0");
+  ASSERT_TRUE(attend(p, "Abandon"));
+  p.lu.clear();
+  tape(p, "$ profond(2)");  // the frames of the abandoned run are gone
+  EXPECT_TRUE(attend(p, "0.000000"));
+  EXPECT_EQ(termine(p), 0);
+}
