@@ -143,13 +143,13 @@ void libere(Transitoire& t) {
   t = Transitoire{};
 }
 
-// Compiles and links the transient: 1, or the failing result.
+// Compiles and links the transient: 1; 0 when the compiler refused the
+// text; the link's result when it failed.
 int compile(Transitoire& t) {
   bloc_libere(t.objet->code);
   t.objet->code = nullptr;
-  int r = compiler(t.objet);
-  if (r < 1) return r < 0 ? r : -1;
-  r = lier(t.objet);
+  if (compiler(t.objet) < 1) return 0;
+  int r = lier(t.objet);
   return r < 0 ? r : 1;
 }
 
@@ -208,6 +208,7 @@ int execute_ligne(const char* texte) {
   s[n + 1] = '}';
   s[n + 2] = 0;
   int r = compile(t);
+  if (r == 0) r = ECHEC;
   if (r == 1) {
     Objet* source = interp.source;
     if (!interp.fonction) interp.source = t.objet;
@@ -278,7 +279,7 @@ int shell(int niveau, int prompt, mot* pile, int boucle) {
     if (c < 1) {
       if (ajoutee) retire_derniere();
       ajoutee = false;
-      if (c == -1 || c == CODE_COMPILE) continue;
+      if (c == 0) continue;  // a text that does not compile: the prompt again
       sortie = c;
       break;
     }
