@@ -129,16 +129,20 @@ void imprime_bloc(mot* b, Format* fmt, const char* format) {
     case BLOC_REEL: {
       long n = b[0] - 4;
       const reel* x = reels(b + 4);
-      Format un{format};
-      Format* f = fmt ? fmt : (format ? &un : nullptr);
+      // A format given by the caller serves every element again; one taken
+      // from a list goes on part by part.
+      auto un = [&](float v) {
+        Format f{format};
+        reel_formate(v, fmt ? fmt : (format ? &f : nullptr));
+      };
       if (b[3] < 2 || fmt) {
-        for (long k = 0; k < n; ++k) reel_formate(x[k], f);
+        for (long k = 0; k < n; ++k) un(x[k]);
         return;
       }
       long r = b[3];
       for (long k = 0, ligne = 1; k < n; ++ligne) {
         std::printf("%ld: ", ligne);
-        for (long c = 0; c < r && k < n; ++c, ++k) reel_formate(x[k], f);
+        for (long c = 0; c < r && k < n; ++c, ++k) un(x[k]);
         std::putchar('\n');
       }
       return;
