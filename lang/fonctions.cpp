@@ -7,21 +7,12 @@
 // that reports give file lines), f2 and f3 the number of the file read.
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "lang/interne.h"
 
 namespace {
-bool lit(const std::string& chemin, std::string& texte) {
-  std::ifstream f(chemin, std::ios::binary);
-  if (!f) return false;
-  std::ostringstream s;
-  s << f.rdbuf();
-  texte = s.str();
-  return true;
-}
+bool lit(const std::string& chemin, std::string& texte) { return lit_fichier(chemin.c_str(), texte); }
 
 // Steps over blanks, newlines, comments and strings where braces are
 // counted; counts the newlines.

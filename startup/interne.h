@@ -2,8 +2,6 @@
 #pragma once
 #include <string>
 
-// Reads a whole file; false if it cannot be opened.
-bool lit_fichier(const char* chemin, std::string& texte);
 // Key readers.
 void cles_ligne_commande(int argc, char** argv, bool premiere);
 void cles_enva(const char* texte);

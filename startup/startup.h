@@ -61,6 +61,9 @@ void mots_reinit();                // states and values back to defaults
 void mots_reinit_etats(bool actifs);  // only states whose default is > 0, or == 0
 int mots_liste();                  // all keywords, paged; -1 if the user quit
 
+// Reads a whole file; false if it cannot be opened.
+bool lit_fichier(const char* chemin, std::string& texte);
+
 // ---- lexical helpers shared by the file readers ----------------------
 // Skips blanks, newlines and comments; counts lines. Null on an open comment
 // (message 0:64 printed).
