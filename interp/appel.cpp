@@ -114,7 +114,8 @@ int appeler_fonction(mot* appel, bool copier) {
   mot* const fin_args = appel + appel[0];
   Objet* s = slots;
   mot i = 0;
-  for (; i < nformels && arg < fin_args; ++i, ++s) {
+  const mot nargs = nformels < appel[3] ? nformels : appel[3];
+  for (; i < nargs; ++i, ++s) {
     s->numero = i;
     s->nom = nullptr;
     s->code = nullptr;
@@ -160,9 +161,11 @@ int appeler_fonction(mot* appel, bool copier) {
 
   // After a restart from the interruption menu the records below may have
   // been reused by the line run there: nothing is released then.
-  if (!reprise_demandee)
-    for (Objet* x = slots; x < marque; ++x)
+  if (!reprise_demandee) {
+    Objet* x = slots;
+    for (mot k = nslots; k > 0; --k, ++x)
       if (x->f1 && x->type == OBJ_LOCAL) bloc_libere(x->donnees);
+  }
   piles.loc_haut = slots;
   interp.fonction = appelant;
   cadre = cadre_appelant;

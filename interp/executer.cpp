@@ -156,13 +156,18 @@ int executer(mot* code, mot* resultat) {
   piles.eva_haut = resultat;
   Boucles boucles;
   mot* const pas = etats[0] ? etats[0] + A_PAS : nullptr;
+  if (p[0] > 0 && p[1] == IT_NOM) p += p[0];
   for (;;) {
     // Separators and line marks are passed over first, so that the checks
     // below run once per statement.
-    while (p[0] == IT_LIGNE || (p[0] == IT_OP && (p[1] == ';' || p[1] == OP_NOP || p[1] == OP_DEBUT ||
-                                                  p[1] == OP_FIN || p[1] == '{' || p[1] == '}'))) {
-      if (p[0] == IT_LIGNE && (!pas || *pas != 2)) interp.ligne = p[1];
-      p += 2;
+    for (;; p += 2) {
+      if (p[0] == IT_LIGNE) {
+        if (!pas || *pas != 2) interp.ligne = p[1];
+        continue;
+      }
+      if (p[0] != IT_OP) break;
+      mot op = p[1];
+      if (op != ';' && op != OP_NOP && op != OP_DEBUT && op != OP_FIN && op != '{' && op != '}') break;
     }
     // The interrupt and the restart are seen at every statement.
     if (interrompu | reprise_demandee) {
@@ -224,6 +229,17 @@ int executer(mot* code, mot* resultat) {
       }
     } else if (w == 0) {
       goto fin;
+    } else if (p[1] == IT_SI) {
+      float x;
+      int t = groupe_scalaire(p + p[2], &x) ? x != 0 : tester(p + p[2], resultat);
+      if (t < 0) {
+        rapporte(interp.code);
+        if (etat_a(A_CONT) != 0 || reprise_demandee) return ECHEC;
+        t = 0;
+      }
+      *resultat = 0;
+      p += t ? p[3] : p[4];
+      continue;
     } else {
       switch (p[1]) {
         case IT_POUR:

@@ -38,7 +38,8 @@ mot* appel(mot* p, mot* haut, int* etat) {
   p += p[0];
   // A call without arguments carries an empty pair of brackets.
   if (argc == 0 && p[0] == IT_OP && p[1] == '(' && p[2] == IT_OP && p[3] == ')') p += 4;
-  for (mot k = 0; k < argc; ++k) {
+  mot k = 0;
+  for (; k < argc; ++k) {
     if (p[0] != IT_OP || !ouvrant(p[1])) break;
     if (p[1] == '(' && binaire_scalaire(p + 2, q)) {
       p += 10;
@@ -55,7 +56,7 @@ mot* appel(mot* p, mot* haut, int* etat) {
     q += taille_item(q);
   }
   a[0] = static_cast<mot>(q - a);
-  a[3] = static_cast<mot>(argc);
+  a[3] = k;  // the arguments actually there
   piles.eva_haut = q;
   int r = appeler_fonction(a, true);
   if (r < 0) return echec(r);
@@ -162,6 +163,25 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
     mot* q = appel(p, base, etat);
     if (!q) return nullptr;
     if (q[0] == IT_OP && q[1] == ')') return q + 2;
+    // (f(...) op g(...)), the way recursion adds up: the second call goes
+    // behind the operator, and two scalars are reduced here.
+    mot op = q[1];
+    if (q[0] == IT_OP && q[2] > 0 && (q[3] == BLOC_OBJET || q[3] == BLOC_NOM) && est_scalaire(base) &&
+        (op == '+' || op == '-' || op == '*' || op == '<' || op == '>' || op == OP_EGAL) && place(base, 7)) {
+      base[5] = IT_OP;
+      base[6] = op;
+      mot* b2 = base + 7;
+      mot* r = appel(q + 2, b2, etat);
+      if (!r) return nullptr;
+      float x;
+      if (r[0] == IT_OP && r[1] == ')' && est_scalaire(b2) &&
+          calcul_scalaire(op, lit_reel(base + 4), lit_reel(b2 + 4), &x)) {
+        ecrit_scalaire(base, x);
+        piles.eva_haut = base + 5;
+        return r + 2;
+      }
+      return evaluer_suite(r, base, piles.eva_haut, ferme, etat);
+    }
     haut = piles.eva_haut;
     p = q;
   }

@@ -238,14 +238,15 @@ int commande_var(mot* bloc) {
   return ECHEC;
 }
 
-// num systeme: seconds since the start, in milliseconds steps.
+// num systeme: seconds since the first time it was asked, to the
+// microsecond while it stays below a few seconds.
 int temps(mot* bloc) {
   static long debut = -1;
   timespec t;
   clock_gettime(CLOCK_MONOTONIC, &t);
-  long ms = t.tv_sec * 1000L + t.tv_nsec / 1000000L;
-  if (debut < 0) debut = ms;
-  pose_reel(bloc, static_cast<float>(ms - debut) / 1000.0f);
+  long us = t.tv_sec * 1000000L + t.tv_nsec / 1000L;
+  if (debut < 0) debut = us;
+  pose_reel(bloc, static_cast<float>(static_cast<double>(us - debut) / 1e6));
   return 0;
 }
 
