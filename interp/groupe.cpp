@@ -26,7 +26,7 @@ TOUJOURS_EN_LIGNE bool binaire_scalaire(const mot* p, mot* base) {
 
 // A call: its header, then each argument evaluated behind it; it runs as
 // soon as its arguments are there, and its value takes its place.
-mot* appel(mot* p, mot* haut, int* etat) {
+TOUJOURS_EN_LIGNE mot* appel(mot* p, mot* haut, int* etat) {
   if (!place(haut, 4)) return echec(PILE_PLEINE);
   mot argc = p[3];
   mot* a = haut;
