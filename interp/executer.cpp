@@ -180,6 +180,10 @@ int executer(mot* code, mot* resultat) {
     if (debug.drapeau && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
     mot w = p[0];
     mot* suite;
+    if (w == IT_SAUT) {
+      p += p[1];
+      continue;
+    }
     if (w < 0) {
       switch (w) {
         case IT_OP: {

@@ -112,7 +112,6 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
     return echec(ECHEC);
   }
   const mot ouvre = item[1];
-  const mot ferme = ouvre == '[' ? ']' : ouvre == '{' ? '}' : ')';
   mot* haut = base;
   mot* p = item + 2;
   if (ouvre == '(' && (p[0] == IT_LOCAL || p[0] == IT_GLOBAL || p[0] == IT_STATIQUE || p[0] == IT_REEL)) {
@@ -180,12 +179,12 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
         piles.eva_haut = base + 5;
         return r + 2;
       }
-      return evaluer_suite(r, base, piles.eva_haut, ferme, etat);
+      return evaluer_suite(r, base, piles.eva_haut, ')', etat);
     }
     haut = piles.eva_haut;
     p = q;
   }
-  return evaluer_suite(p, base, haut, ferme, etat);
+  return evaluer_suite(p, base, haut, ouvre == '[' ? ']' : ouvre == '{' ? '}' : ')', etat);
 }
 
 mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat) {
