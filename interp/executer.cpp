@@ -140,6 +140,20 @@ mot* selon(mot* h, mot* resultat) {
   return h + table[2 * (n - 1)];
 }
 
+// A sortir that link left unresolved stands directly in a tantque body:
+// the loop's jump back to its head is the first backward jump ahead, and
+// the walk goes on behind that head's body.
+mot* sortie_de_boucle(mot* p) {
+  for (mot* q = p + 2; q[0] != 0; q += q[0] < 0 ? 2 : q[0]) {
+    if (q[0] != IT_SAUT || q[1] >= 0) continue;
+    mot* h = q + q[1];
+    if (h >= p || h[0] <= 0) continue;
+    if (h[1] == IT_SI || h[1] == IT_POUR3) return h + h[4];
+    if (h[1] == IT_POUR) return h + h[9];
+  }
+  return p + 2;
+}
+
 // The failing statement is reported; the line in the running function
 // comes first when there is one.
 void rapporte(int code) {
@@ -227,8 +241,11 @@ int executer(mot* code, mot* resultat) {
           continue;
         case IT_MOT:
           break;
+        case IT_SORTIR:
+          p = sortie_de_boucle(p);
+          continue;
         default:
-          p += 2;  // labels, cas, defaut, an unresolved sortir
+          p += 2;  // labels, cas, defaut
           continue;
       }
     } else if (w == 0) {
