@@ -189,7 +189,7 @@ int executer(mot* code, mot* resultat) {
       if (reprise_demandee) return ECHEC;
     }
     if (pas && *pas == 1) {
-      if (pas_a_pas(p) < 0) return ECHEC;
+      if (pas_a_pas(code, p) < 0) return ECHEC;
     }
     if (debug.drapeau && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
     mot w = p[0];
