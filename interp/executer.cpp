@@ -184,14 +184,14 @@ int executer(mot* code, mot* resultat) {
       if (op != ';' && op != OP_NOP && op != OP_DEBUT && op != OP_FIN && op != '{' && op != '}') break;
     }
     // The interrupt and the restart are seen at every statement.
-    if (interrompu | reprise_demandee) {
+    if (__builtin_expect(interrompu | reprise_demandee, 0)) {
       if (interrompu) menu_interruption();
       if (reprise_demandee) return ECHEC;
     }
-    if (pas && *pas == 1) {
+    if (__builtin_expect(pas && *pas == 1, 0)) {
       if (pas_a_pas(code, p) < 0) return ECHEC;
     }
-    if (debug.drapeau && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
+    if (__builtin_expect(debug.drapeau != 0, 0) && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
     mot w = p[0];
     mot* suite;
     if (w == IT_SAUT) {
