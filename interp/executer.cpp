@@ -303,9 +303,16 @@ int executer(mot* code, mot* resultat) {
     // A statement: a group, a bare phrase or a raw block.
     int etat = 0;
     if (w == IT_OP && p[1] == '(' && p[2] == IT_MOT && p[4] == IT_OP && p[5] == '(' &&
-        static_cast<const MotCle*>(mot_vers_ptr(p[3]))->ordinal == A_RETOUR &&
-        static_cast<const MotCle*>(mot_vers_ptr(p[3]))->env == 0) {
-      // (retour (v)): the value straight to the result, the walk ends.
+        p[3] == mot_retour()) {
+      // (retour (v)): the value straight to the result, the walk ends; a
+      // scalar operand needs no walk at all.
+      float x;
+      if (p[8] == IT_OP && p[9] == ')' && p[10] == IT_OP && p[11] == ')' && scalaire_item(p + 6, &x) &&
+          place(resultat, 5)) {
+        ecrit_scalaire(resultat, x);
+        piles.eva_haut = resultat + 5;
+        break;
+      }
       suite = evaluer_groupe(p + 4, resultat, &etat);
       if (suite && suite[0] == IT_OP && suite[1] == ')') {
         if (resultat[0] < 0 && copie_valeur(resultat, piles.eva_limite) < 0) suite = nullptr;

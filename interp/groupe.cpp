@@ -243,8 +243,7 @@ mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat) {
           break;
         }
         case IT_MOT: {
-          const MotCle* m = static_cast<const MotCle*>(mot_vers_ptr(p[1]));
-          if (haut == base && m && m->env == 0 && m->ordinal == A_RETOUR && p[2] == IT_OP && p[3] == '(') {
+          if (haut == base && p[1] == mot_retour() && p[2] == IT_OP && p[3] == '(') {
             // retour (v): the value goes straight to the group's place.
             mot* q = evaluer_groupe(p + 2, base, etat);
             if (!q) return nullptr;

@@ -151,3 +151,14 @@ TOUJOURS_EN_LIGNE bool groupe_scalaire(const mot* groupe, float* r) {
 // The rest of a group from p, with its items from base to haut already on
 // the stack, up to the closing bracket `ferme`.
 mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat);
+
+// The word that a retour item holds: the address of its keyword's entry.
+inline mot mot_retour() {
+  static const MotCle* table = nullptr;
+  static mot m = 0;
+  if (table != vocab.tables[0].mots) {  // tables loaded again (tests do)
+    table = vocab.tables[0].mots;
+    m = ptr_vers_mot(mot_entree(0, A_RETOUR));
+  }
+  return m;
+}
