@@ -1,0 +1,86 @@
+// Command dispatch: the first element of a phrase chooses its handler by
+// one table per list, indexed by ordinal. A keyword's handler is found from
+// its ordinal in the table below; anything without one reads or writes an
+// attribute of the object that the phrase names.
+#include <array>
+#include <cstdio>
+
+#include "core/message.h"
+#include "interp/commande_interne.h"
+#include "interp/fonctions_interne.h"
+#include "startup/startup.h"
+
+namespace {
+constexpr int NB_ORDINAUX = 200;
+using Table = std::array<Gestionnaire, NB_ORDINAUX>;
+
+constexpr void pose(Table& t, std::initializer_list<int> ords, Gestionnaire g) {
+  for (int o : ords) t[o] = g;
+}
+
+// List "a". Ordinals handled by the statement level never reach here.
+constexpr Table table_a = [] {
+  Table t{};
+  t.fill(attribut);
+  pose(t, {0, 1, 6, 7, 9, 13, 20, 26, 27, 28, 37, 38, 39, 40, 41, 42, 43, 44, 46, 47, 48, 49, 50, 51,
+           53, 54, 55, 56, 59, 67, 68, 71, 72, 73, 74, 75, 76, 77, 78, 81, 83, 84, 85, 86, 87, 88, 89,
+           90, 91, 94, 95, 99, 100, 103, 111, 114, 115, 116, 117, 118},
+       interne);
+  pose(t, {A_OUI, A_NON}, listes_oui_non);
+  pose(t, {A_NUM, A_NOM, A_NOMMER}, nommer);
+  pose(t, {A_DETRUIRE}, detruire);
+  // Object files, transformations, extrusion, session state, textures,
+  // movies, devices: their folders come later.
+  pose(t, {14, 33, 15, 24, 34, 60, 61, 63, 70, 101, 102, 106}, non_implemente);
+  return t;
+}();
+
+// List "b".
+constexpr Table table_b = [] {
+  Table t{};
+  t.fill(attribut);
+  pose(t, {4, 14, 24, 49, 88, 114, 117, 118, 122, 133, 161}, creation);
+  pose(t, {B_NORMALE, B_PARAM, B_DYN}, configuration_seul);
+  // Transformations, images, display, curves, dynamics, devices, tools and
+  // the other handlers of their own: their folders come later.
+  pose(t, {1,   2,   5,   6,   7,   8,   9,   10,  11,  12,  13,  16,  18,  19,  20,  21,  22,  25,  26,
+           28,  30,  31,  33,  34,  35,  36,  37,  38,  39,  40,  41,  42,  43,  45,  46,  47,  48,  50,
+           51,  52,  53,  55,  56,  57,  58,  59,  60,  61,  62,  64,  66,  67,  68,  70,  71,  72,  73,
+           74,  75,  76,  77,  78,  79,  80,  81,  82,  83,  84,  85,  86,  89,  90,  91,  93,  94,  95,
+           96,  99,  100, 103, 104, 105, 106, 107, 108, 109, 110, 111, 112, 113, 123, 124, 125, 127, 128,
+           129, 130, 131, 132, 136, 137, 138, 139, 140, 142, 143, 144, 145, 146, 148, 153, 154, 155, 156,
+           157, 158, 163, 164, 165},
+       non_implemente);
+  return t;
+}();
+}  // namespace
+
+int non_implemente(mot* bloc, mot*, const mot*) {
+  mot* e = premier_element(bloc);
+  const char* nom = mot_nom(e[1], e[2]);
+  std::printf("%s: non implemente", nom ? nom : "?");
+  cloche();
+  bloc[0] = 0;
+  return 0;
+}
+
+int interne(mot* bloc, mot*, const mot* limite) { return fonction_interne(bloc, limite); }
+
+int commande(mot* bloc, const mot* limite, mot* valeur) {
+  if (bloc[2] < 1) return 0;
+  mot* e = premier_element(bloc);
+  int env = e[1], ord = e[2];
+  if (ord < 0 || ord >= NB_ORDINAUX) return attribut(bloc, valeur, limite);
+  switch (env) {
+    case -1: return attribut(bloc, valeur, limite);
+    case 0: return table_a[ord](bloc, valeur, limite);
+    case 1: return table_b[ord](bloc, valeur, limite);
+  }
+  // An application list: env 2 elements close it (ordinal 0) or not; the
+  // first element of a higher env gives its env back.
+  for (mot k = 0; k < bloc[2]; ++k, e = element_suivant(e)) {
+    if (e[1] > 2) return e[1];
+    if (e[1] == 2 && e[2] == 0) bloc[0] = 0;
+  }
+  return 0;
+}
