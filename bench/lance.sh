@@ -6,3 +6,7 @@ bash scripts/construit.sh >/dev/null
 python3 bench/demarrage.py build/orvane
 build/bench/bench_bloc
 build/bench/bench_objet
+# numpy may live only with the system's python.
+py=python3
+$py -c 'import numpy' 2>/dev/null || py=/usr/bin/python3
+$py bench/geom_numpy.py build/bench/bench_geom

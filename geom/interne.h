@@ -1,0 +1,69 @@
+// Private helpers of the geometry folder.
+#pragma once
+#include "geom/geom.h"
+
+// The object, then message (0, n); gives -1.
+int geom_erreur(const Objet* o, int n);
+// "%d: " with the value, then message (0, n); gives -1.
+int geom_erreur_valeur(long v, int n);
+
+// Keys.
+constexpr mot CLE_SOM[] = {1, B_SOM};
+constexpr mot CLE_FAC[] = {1, B_FAC};
+constexpr mot CLE_COUL[] = {1, B_COUL};
+constexpr mot CLE_COUL_FAC[] = {1, B_COUL, 1, B_FAC};
+constexpr mot CLE_COUL_SOM[] = {1, B_COUL, 1, B_SOMMET};
+constexpr mot CLE_ILLUM[] = {1, B_ILLUM};
+constexpr mot CLE_NORMALE_FAC[] = {1, B_NORMALE, 1, B_FAC};
+constexpr mot CLE_NORMALE_SOM[] = {1, B_NORMALE, 1, B_SOMMET};
+constexpr mot CLE_VOISIN[] = {1, B_VOISIN, 1, B_FAC, 1, B_SOMMET};
+constexpr mot CLE_SEGMENT[] = {1, B_SEGMENT};
+constexpr mot CLE_CENTRE[] = {0, A_CENTRE};
+constexpr mot CLE_CENTRE_COPIE[] = {0, A_CENTRE, 0, A_TOP};
+constexpr mot CLE_AFFICHE[] = {1, B_AFFICHE, 1, B_SOM};
+constexpr mot CLE_MATRICE[] = {0, A_MATRICE};
+constexpr mot CLE_POIDS[] = {1, B_POIDS, 1, B_SOMMET};
+constexpr mot CLE_BORNES[] = {1, B_BORNES};
+
+// A value Bloc header.
+inline void entete(mot* b, mot lg, mot tag, mot nl, mot nc) {
+  b[0] = lg;
+  b[1] = tag;
+  b[2] = nl;
+  b[3] = nc;
+}
+
+// Calls f(numero, contour, k) for each face of a checked face list, numbers
+// from 1; a composite face gives its outer contour.
+template <class F>
+void pour_faces(const mot* fac, F f) {
+  const mot* p = fac + 4;
+  for (int i = 1; i <= fac[2]; ++i, p = face_suivante(p)) {
+    int k;
+    const mot* c = face_contour(p, &k);
+    f(i, c, k);
+  }
+}
+
+// Calls f(numero, contour, k) for every contour of every face.
+template <class F>
+void pour_contours(const mot* fac, F f) {
+  const mot* p = fac + 4;
+  for (int i = 1; i <= fac[2]; ++i, p = face_suivante(p)) {
+    if (p[3] != 0) {
+      f(i, p + 4, p[3]);
+      continue;
+    }
+    const mot* c = p + 4;
+    for (int j = 0; j < p[2]; ++j, c += c[0]) f(i, c + 4, c[3]);
+  }
+}
+
+// Number of vertices of a grid, 0 when the sizes are not those of a grid.
+long nb_som_grille(int nx, int ny, int nz, int ferme);
+// True when the volume is a grid form whose vertex count matches its sizes.
+bool grille_utilisable(Objet* o, int nb_som);
+// Face normals of a single-layer grid with the precision p, stride 3.
+void normales_fac_grille(const reel* som, int d, int nx, int ny, int ferme, int p, reel* out);
+// Vertex normals of a single-layer grid from its face normals.
+void normales_som_grille(const reel* nf, int nx, int ny, int ferme, reel* out, int pas);

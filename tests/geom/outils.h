@@ -1,0 +1,74 @@
+// Shared set-up of the geometry tests: an object table, a message table
+// whose text n reads "Mn", and small builders of volumes.
+#pragma once
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "core/message.h"
+#include "core/objet.h"
+#include "geom/geom.h"
+#include "startup/startup.h"
+
+// The message table loaded here is the geometry tests' own: it is dropped
+// when the test ends, so that other tests see the state they expect.
+struct Nettoyage : testing::EmptyTestEventListener {
+  void OnTestEnd(const testing::TestInfo&) override { messages = Messages{}; }
+};
+
+inline void monde() {
+  static bool inscrit = (testing::UnitTest::GetInstance()->listeners().Append(new Nettoyage), true);
+  (void)inscrit;
+  if (!piles.obj_base) {
+    ASSERT_EQ(piles_alloue(100, 10000, 200, 1000), 0);
+  }
+  memoire.mal = nullptr;  // a debug table left by another test would report here
+  // Each test starts with an empty object table.
+  objets_vide();
+  vocab = Vocabulaire{};
+  std::string t;
+  for (int n = 0; n <= 110; ++n) t += "|" + std::to_string(n) + ":M" + std::to_string(n) + "\\n\n";
+  mes_analyse(t, 0);
+  messages.charges = true;
+  geom = Geom{};
+}
+
+inline Objet* volume(int numero = 1) { return objet_cree(1, B_VOL, 0, nullptr, nullptr, numero); }
+
+template <class F>
+std::string sortie_de(F f) {
+  testing::internal::CaptureStdout();
+  f();
+  return testing::internal::GetCapturedStdout();
+}
+
+// A BLOC_LISTE of faces, as words.
+inline std::vector<mot> faces(const std::vector<std::vector<int>>& f) {
+  std::vector<mot> b{0, BLOC_LISTE, static_cast<mot>(f.size()), 0};
+  for (const auto& c : f) {
+    b.insert(b.end(), {static_cast<mot>(4 + c.size()), BLOC_ENTIER, 1, static_cast<mot>(c.size())});
+    b.insert(b.end(), c.begin(), c.end());
+  }
+  b[0] = static_cast<mot>(b.size());
+  return b;
+}
+
+inline Objet* volume_de(const std::vector<float>& som, const std::vector<std::vector<int>>& f, int numero = 1) {
+  Objet* o = volume(numero);
+  EXPECT_EQ(vol_som_ecrit(o, som.data(), static_cast<int>(som.size() / 3), 3), 0);
+  if (!f.empty()) {
+    auto b = faces(f);
+    EXPECT_EQ(vol_fac_ecrit(o, b.data()), 0);
+  }
+  return o;
+}
+
+inline std::vector<float> floats(const mot* valeur) {
+  const reel* p = reels(valeur + 4);
+  return std::vector<float>(p, p + (valeur[0] - 4));
+}
+
+inline std::vector<int> entiers(const mot* valeur) {
+  return std::vector<int>(valeur + 4, valeur + valeur[0]);
+}
