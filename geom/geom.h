@@ -55,7 +55,13 @@ constexpr int B_HOM = 38, B_HOMX = 39, B_HOMY = 40, B_HOMZ = 41, B_HOMO = 43;
 constexpr int B_SECX = 56, B_SECY = 57, B_SECZ = 58, B_SEC = 59;
 constexpr int B_SYMX = 70, B_SYMY = 71, B_SYMZ = 72, B_SYM = 73;
 constexpr int B_TIRER = 103;
-constexpr int B_GONFLE = 143, B_PINCE = 163, B_TORD = 164, B_POUSSE = 165;
+// bosse swells about the pivot; tord twists about the axis, more the
+// farther along it; plie turns about the axis, fading over the radius;
+// effile narrows (or widens) across the axis along it.
+constexpr int B_BOSSE = 143, B_TORD = 163, B_PLIE = 164, B_EFFILE = 165;
+// The 4 x 4 matrix of a38 applied to the vertices: told apart from b38 by
+// its sign, since both lists share the number.
+constexpr int OP_MATRICE = -38;
 
 // Laws of spacing (the kinematic laws).
 constexpr int LOI_CIN = 60, LOI_ACC = 89, LOI_DEC = 90, LOI_ACD = 91, LOI_TABLE = 130;
@@ -133,6 +139,8 @@ int vol_illum_ecrit(Objet* o, const float* v, int n);
 int vol_som_ecrit(Objet* o, const float* v, int nb, int d);
 int vol_fac_ecrit(Objet* o, const mot* fac);  // a BLOC_LISTE of faces
 void vol_fac_change(Objet* o);
+// After vertices were changed in place: what follows from them goes stale.
+void vol_som_change(Objet* o);
 
 // Marks the derived data of the volume (of all volumes when null) with the
 // value: 0 makes it stale.
@@ -190,6 +198,7 @@ struct Transfo {
   float ligne[6] = {0, 0, 0, 0, 0, 0};  // hom about a line: two points
   bool ligne_donnee = false;
   float rayon = -1;           // radius of influence; negative: everywhere
+  float m[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};  // OP_MATRICE
 };
 // Which vertices move: all when both lists are empty.
 struct Selection {
