@@ -23,6 +23,9 @@ bool clause_de_creation(const mot* e, bool premier) {
 }  // namespace
 
 int creation(mot* bloc, mot* valeur, const mot* limite) {
+  // vol(1) rotx(30), vol(1) som = ..., vol(1) cube(2): the keyword that acts
+  // takes the phrase.
+  if (Gestionnaire g = gestionnaire_suite(bloc)) return g(bloc, valeur, limite);
   mot* e = premier_element(bloc);
   bool cree = valeur == nullptr;
   for (mot k = 0; k < bloc[2] && cree; ++k, e = element_suivant(e)) cree = clause_de_creation(e, k == 0);

@@ -133,6 +133,6 @@ TEST_F(Commande, NamingAndDeleting) {
 }
 
 TEST_F(Commande, NotYetImplementedSaysSo) {
-  lance({el(1, 35, {30})});
+  lance({el(1, 8, {1})});  // aff(1)
   EXPECT_NE(sortie.find("non implemente"), std::string::npos);
 }
