@@ -11,6 +11,7 @@
 #include <cstdint>
 
 #include "core/bloc.h"
+#include "core/catalogue.h"
 #include "core/message.h"
 #include "core/objet.h"
 
@@ -59,18 +60,14 @@ constexpr int B_MEM = 148, B_TABLEAU = 160;
 // Shapes built in one phrase.
 constexpr int B_CUBE = 166, B_SPHERE = 167, B_CYLINDRE = 168, B_CONE = 169, B_TORE = 170;
 // env 0
-constexpr int A_LIB = 34;   // in generer: the precision of a mesh
-constexpr int A_EDI = 36;   // its state prints each object generated
 constexpr int A_MATRICE_CMD = 38;  // a 4 x 4 matrix applied to vertices
 constexpr int A_LIM = 41;
 constexpr int A_CENTRE = 42;
 constexpr int A_TOP = 46;
-constexpr int A_OPT = 50;
 constexpr int A_MAX = 54;   // radius of influence
 constexpr int A_TAILLE = 59;  // a list of vertices; a point in generer
 constexpr int A_CHERCHE = 67;
 constexpr int A_GENERER = 68;
-constexpr int A_EXEC = 69;
 constexpr int A_PULS = 95;  // the operation goes into the volume's matrix
 constexpr int A_TEM = 98;
 constexpr int A_ROTV = 100;  // a rotation given as a vector

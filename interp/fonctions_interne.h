@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/bloc.h"
+#include "interp/interp.h"
 
 // Ordinals of list "a" that the built-ins answer.
 enum : int {
@@ -43,9 +44,6 @@ int resultat_chaine(mot* bloc, const mot* limite, const char* s, std::size_t lg)
 void resultat_nil(mot* bloc);
 int resultat_scalaire(mot* bloc, const mot* limite, float x);
 
-// The whole built-in: 0 with the value in place of the phrase, -1, -12, or
-// above 0 when the phrase is a command. (Moves to interp.h with the engine.)
-int fonction_interne(mot* bloc, const mot* limite);
 int fonction_date(mot* bloc, const mot* limite);
 
 // Families, each answering the ordinals it knows: >= 0 done, -1 failure,

@@ -12,7 +12,7 @@
 #include "geom/geom.h"
 #include "startup/startup.h"
 
-int commande(mot* bloc, const mot* limite, mot* valeur);
+#include "interp/interp.h"
 
 namespace {
 struct Element {

@@ -9,7 +9,7 @@
 #include "core/objet.h"
 #include "startup/startup.h"
 
-int commande(mot* bloc, const mot* limite, mot* valeur);
+#include "interp/interp.h"
 
 namespace {
 struct Element {

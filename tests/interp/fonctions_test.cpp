@@ -10,7 +10,7 @@
 #include "startup/startup.h"
 
 namespace {
-struct Fonctions : testing::Test {
+struct Interne : testing::Test {
   void SetUp() override {
     tas::init();
     kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
@@ -53,7 +53,7 @@ struct Fonctions : testing::Test {
 };
 }  // namespace
 
-TEST_F(Fonctions, GuardsOfRootAndLogarithm) {
+TEST_F(Interne, GuardsOfRootAndLogarithm) {
   std::string s;
   EXPECT_EQ(appelle(phrase(F_RACINE, {4, -1}), &s), -1);
   EXPECT_NE(s.find(message_texte(0, M_RACINE)), std::string::npos);
@@ -65,7 +65,7 @@ TEST_F(Fonctions, GuardsOfRootAndLogarithm) {
   EXPECT_NE(s.find(message_texte(0, M_LOG)), std::string::npos);
 }
 
-TEST_F(Fonctions, ClampingRoundingAndReductions) {
+TEST_F(Interne, ClampingRoundingAndReductions) {
   mot* b = phrase(F_ACOS, {2, -2});
   appelle(b);
   EXPECT_EQ(valeurs(b)[0], 0.f);
@@ -84,7 +84,7 @@ TEST_F(Fonctions, ClampingRoundingAndReductions) {
   EXPECT_EQ(valeurs(b), (std::vector<float>{0.6f, 0.8f}));
 }
 
-TEST_F(Fonctions, ShapesThatChangeTheLength) {
+TEST_F(Interne, ShapesThatChangeTheLength) {
   mot* b = phrase(F_MODULE, {3, 4, 0, 0, 0, 2, 1});  // a short last triple
   appelle(b);
   EXPECT_EQ(valeurs(b), (std::vector<float>{5, 2, 1}));
@@ -111,7 +111,7 @@ TEST_F(Fonctions, ShapesThatChangeTheLength) {
   EXPECT_NE(s.find("expr"), std::string::npos);
 }
 
-TEST_F(Fonctions, TransposeUsesTheRowLength) {
+TEST_F(Interne, TransposeUsesTheRowLength) {
   mot* b = phrase(F_TRANSPOSE, {1, 2, 3, 4, 5, 6});
   b[10] = 3;  // two rows of three
   appelle(b);
@@ -119,7 +119,7 @@ TEST_F(Fonctions, TransposeUsesTheRowLength) {
   EXPECT_EQ(b[3], 2);
 }
 
-TEST_F(Fonctions, EmptyArgumentGivesNilAndCommandsAreNotHandled) {
+TEST_F(Interne, EmptyArgumentGivesNilAndCommandsAreNotHandled) {
   mot* b = phrase(F_COS, {});
   EXPECT_EQ(appelle(b), 0);
   EXPECT_EQ(b[1], BLOC_NIL);
@@ -135,7 +135,7 @@ TEST_F(Fonctions, EmptyArgumentGivesNilAndCommandsAreNotHandled) {
   EXPECT_EQ(fonction_interne(b, b + 40), PILE_PLEINE);
 }
 
-TEST_F(Fonctions, TextConversions) {
+TEST_F(Interne, TextConversions) {
   mot* b = phrase_texte(F_COD, "AB");
   appelle(b);
   EXPECT_EQ(valeurs(b), (std::vector<float>{65, 66}));
@@ -151,7 +151,7 @@ TEST_F(Fonctions, TextConversions) {
   EXPECT_EQ(valeurs(b), (std::vector<float>{4}));
 }
 
-TEST_F(Fonctions, FilesWrittenThenReadBack) {
+TEST_F(Interne, FilesWrittenThenReadBack) {
   char modele[] = "/tmp/orvane_fXXXXXX";
   int fd = mkstemp(modele);
   ASSERT_GE(fd, 0);
@@ -177,7 +177,7 @@ TEST_F(Fonctions, FilesWrittenThenReadBack) {
   unlink(modele);
 }
 
-TEST_F(Fonctions, OpenWithoutModeAndThe257thOpen) {
+TEST_F(Interne, OpenWithoutModeAndThe257thOpen) {
   std::string s;
   mot* b = phrase_texte(F_FOPEN, "f");
   EXPECT_EQ(appelle(b, &s), 0);
