@@ -2,7 +2,7 @@
 # The language against CPython 3, Lua 5.4 and numpy on the same programs, in
 # one run: a scalar loop, recursion, and float vector arithmetic. Each
 # program times itself, so start-up and compilation are left out; the best
-# of three runs is kept. Prints the times and the ratios.
+# of five runs is kept. Prints the times and the ratios.
 set -e
 cd "$(dirname "$0")/.."
 orvane=${ORVANE:-build/orvane}
@@ -93,7 +93,7 @@ racine=$PWD
 ln -s "$racine/env" "$tmp/env"
 meilleur() {  # command...: the smallest of three self-timed runs
   local m=""
-  for _ in 1 2 3; do
+  for _ in 1 2 3 4 5; do
     local t
     t=$("$@" | tail -1 | tr -d ' ')
     m=$(awk -v a="$m" -v b="$t" 'BEGIN { print (a == "" || b < a) ? b : a }')

@@ -152,7 +152,7 @@ int appeler_fonction(mot* appel, bool copier) {
   cadre.locaux = slots;
   cadre.nb = nslots;
   cadre.nom_local = nom_local;
-  if (debug.drapeau && debug_option(0, A_FONC)) option_debug(nom_fonction(f), 1, 0, A_FONC, 0, 0, 0, 0);
+  if (__builtin_expect(debug.drapeau != 0, 0) && debug_option(0, A_FONC)) option_debug(nom_fonction(f), 1, 0, A_FONC, 0, 0, 0, 0);
   mot* res = fin_args + 1;
   fin_args[0] = 0;
   int r = executer(code, res);
@@ -161,7 +161,7 @@ int appeler_fonction(mot* appel, bool copier) {
 
   // After a restart from the interruption menu the records below may have
   // been reused by the line run there: nothing is released then.
-  if (!reprise_demandee) {
+  if (__builtin_expect(!reprise_demandee, 1)) {
     Objet* x = slots;
     for (mot k = nslots; k > 0; --k, ++x)
       if (x->f1 && x->type == OBJ_LOCAL) bloc_libere(x->donnees);
@@ -177,7 +177,13 @@ int appeler_fonction(mot* appel, bool copier) {
       ecrit_nil(appel);
       n = 4;
     } else {
-      copie_mots(appel, res, n);
+      if (n == 5) {
+        // A scalar, the common value: five words, forward, without a loop.
+        mot a = res[0], b = res[1], c = res[2], d = res[3], e = res[4];
+        appel[0] = a, appel[1] = b, appel[2] = c, appel[3] = d, appel[4] = e;
+      } else {
+        copie_mots(appel, res, n);
+      }
     }
     piles.eva_haut = appel + n;
   }

@@ -114,7 +114,7 @@ bool est_instruction(const mot* p) {
 }
 }  // namespace
 
-int pas_a_pas(mot* p) {
+int pas_a_pas(const mot* code, mot* p) {
   if (!est_instruction(p)) return 0;
   if (debug_option(0, A_EDI)) {
     imprime_ligne_source(interp.ligne);
@@ -122,7 +122,10 @@ int pas_a_pas(mot* p) {
   }
   if (debug.nb_arrets && !est_arret(interp.ligne)) return 0;
   imprime_ligne_source(interp.ligne);
-  if (debug_option(0, A_PAS)) std::printf("%d %d\n", p[0], p[1]);
+  if (debug_option(0, A_PAS)) {
+    lister_item(code, p);
+    std::putchar('\n');
+  }
   etats[0][A_PAS] = 2;
   // Lines typed at the pause see the running function's variables.
   Objet* fonction_pas = lang.fonction_pas;

@@ -140,6 +140,20 @@ mot* selon(mot* h, mot* resultat) {
   return h + table[2 * (n - 1)];
 }
 
+// A sortir that link left unresolved stands directly in a tantque body:
+// the loop's jump back to its head is the first backward jump ahead, and
+// the walk goes on behind that head's body.
+mot* sortie_de_boucle(mot* p) {
+  for (mot* q = p + 2; q[0] != 0; q += q[0] < 0 ? 2 : q[0]) {
+    if (q[0] != IT_SAUT || q[1] >= 0) continue;
+    mot* h = q + q[1];
+    if (h >= p || h[0] <= 0) continue;
+    if (h[1] == IT_SI || h[1] == IT_POUR3) return h + h[4];
+    if (h[1] == IT_POUR) return h + h[9];
+  }
+  return p + 2;
+}
+
 // The failing statement is reported; the line in the running function
 // comes first when there is one.
 void rapporte(int code) {
@@ -170,14 +184,14 @@ int executer(mot* code, mot* resultat) {
       if (op != ';' && op != OP_NOP && op != OP_DEBUT && op != OP_FIN && op != '{' && op != '}') break;
     }
     // The interrupt and the restart are seen at every statement.
-    if (interrompu | reprise_demandee) {
+    if (__builtin_expect(interrompu | reprise_demandee, 0)) {
       if (interrompu) menu_interruption();
       if (reprise_demandee) return ECHEC;
     }
-    if (pas && *pas == 1) {
-      if (pas_a_pas(p) < 0) return ECHEC;
+    if (__builtin_expect(pas && *pas == 1, 0)) {
+      if (pas_a_pas(code, p) < 0) return ECHEC;
     }
-    if (debug.drapeau && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
+    if (__builtin_expect(debug.drapeau != 0, 0) && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
     mot w = p[0];
     mot* suite;
     if (w == IT_SAUT) {
@@ -227,8 +241,11 @@ int executer(mot* code, mot* resultat) {
           continue;
         case IT_MOT:
           break;
+        case IT_SORTIR:
+          p = sortie_de_boucle(p);
+          continue;
         default:
-          p += 2;  // labels, cas, defaut, an unresolved sortir
+          p += 2;  // labels, cas, defaut
           continue;
       }
     } else if (w == 0) {

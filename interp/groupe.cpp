@@ -125,8 +125,10 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
     }
     if (p[2] == IT_OP && p[3] == '=' && p[4] == IT_OP && p[5] == '(' && p[0] != IT_REEL) {
       // x = (...): the right side first; a scalar into a variable that owns
-      // a scalar is stored in place.
-      mot* q = evaluer_groupe(p + 4, base, etat);
+      // a scalar is stored in place. (a op b) on scalars needs no walk.
+      mot* q;
+      if (binaire_scalaire(p + 6, base)) q = p + 14;
+      else q = evaluer_groupe(p + 4, base, etat);
       if (!q || *etat == 2) return q;
       if (q[0] == IT_OP && q[1] == ')' && est_scalaire(base)) {
         if (mot* b = cible_scalaire(p)) {

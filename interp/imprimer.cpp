@@ -32,13 +32,13 @@ struct Format {
         ++p;
         continue;
       }
-      std::string spec = "%";
+      std::string conversion = "%";
       ++p;
-      while (*p && std::strchr("-+ #0", *p)) spec += *p++;
-      while (*p >= '0' && *p <= '9') spec += *p++;
+      while (*p && std::strchr("-+ #0", *p)) conversion += *p++;
+      while (*p >= '0' && *p <= '9') conversion += *p++;
       if (*p == '.') {
-        spec += *p++;
-        while (*p >= '0' && *p <= '9') spec += *p++;
+        conversion += *p++;
+        while (*p >= '0' && *p <= '9') conversion += *p++;
       }
       while (*p && std::strchr("hlLqjzt", *p)) ++p;
       char c = *p;
@@ -46,10 +46,10 @@ struct Format {
       else if (c && std::strchr("eEfFgGaA", c)) genre = 'r';
       else if (c == 's') genre = 's';
       if (genre) {
-        f += spec + c;
+        f += conversion + c;
         ++p;
       } else {
-        f += "%%" + spec.substr(1);
+        f += "%%" + conversion.substr(1);
       }
     }
     if (*p) f += *p++ == ',' ? ',' : p[-1];

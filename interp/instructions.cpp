@@ -256,14 +256,15 @@ int commande_exec(mot* bloc) {
   if (!a) return NON_TRAITE;
   Valeur v;
   if (decrire(a, &v) < 0) return ECHEC;
+  // A text that failed has said so already.
   if (v.type == BLOC_CHAINE) {
     int r = executer_texte(reinterpret_cast<const char*>(v.donnees));
     bloc[0] = 0;
-    return r < 0 ? ECHEC : 0;
+    return r < 0 ? ECHEC_CLOS : 0;
   }
   int r = histoire(1, bloc);
   bloc[0] = 0;
-  return r < 0 ? ECHEC : 0;
+  return r < 0 ? r : 0;
 }
 
 // ali("name=value"): one more line of the alias table.
@@ -373,7 +374,7 @@ int instruction(mot* bloc, int ord) {
     case A_HIS: {
       int r = histoire(0, bloc);
       bloc[0] = 0;
-      return r < 0 ? ECHEC : 0;
+      return r < 0 ? r : 0;
     }
     case A_ALI: return alias(bloc);
     case A_VECTEUR:

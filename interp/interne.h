@@ -54,7 +54,7 @@ inline int pose(mot* dest, const mot* v) {
 // Runs the statement dispatch of list "a"; > 0 when not handled here.
 int instruction(mot* bloc, int ordinal);
 // Step mode: pause before a statement.
-int pas_a_pas(mot* item);
+int pas_a_pas(const mot* code, mot* item);
 // The machine stack is nearly used up (the check is off until interp_init).
 inline bool pile_c_epuisee() {
   char ici;

@@ -220,7 +220,8 @@ int ajoute_element(Liste& L, const mot* e) {
   if (d && d[1] == e[1] && e[1] == BLOC_REEL) {
     mot n = e[0] - 4;
     if (!place(fin, n)) return PILE_PLEINE;
-    std::memcpy(fin, e + 4, static_cast<std::size_t>(n) * sizeof(mot));
+    // The element may have been made right there, at the list's end.
+    std::memmove(fin, e + 4, static_cast<std::size_t>(n) * sizeof(mot));
     d[0] += n;
     d[2] += n;
     L.l[0] += n;

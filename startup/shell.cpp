@@ -346,8 +346,8 @@ int histoire(int mode, mot* args) {
   for (long k = 0; k < m; ++k) {
     // Without a line editor the recalled line is shown, then run.
     if (mode == 0) std::printf("%s\n", lignes[k].c_str());
-    int r = execute_ligne(lignes[k].c_str());
-    if (r < 0) return r;
+    // The line's own failure was reported where it happened.
+    if (execute_ligne(lignes[k].c_str()) < 0) return ECHEC_CLOS;
   }
   return 0;
 }

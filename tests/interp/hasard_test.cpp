@@ -68,11 +68,14 @@ std::vector<std::string> textes_messages() {
   }
   return t;
 }
-}  // namespace
 
-TEST(Hasard, CentMilleLignesSansPlantage) {
-  std::vector<std::string> lignes = lignes_au_hasard(100000);
-  Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h"});
+// Types the lines into a real orvane, then "$ 123456": the answer must come,
+// the process must end with 0 at the end of its input, and every bell must
+// close a numbered message.
+void tape_et_verifie(const std::vector<std::string>& lignes, std::vector<std::string> cles = {}) {
+  std::vector<std::string> args = {"gra=0", "ID", "ini=env/initb.h"};
+  args.insert(args.end(), cles.begin(), cles.end());
+  Processus p = lance_orvane(args);
   ASSERT_GT(p.pid, 0);
   // Typing and reading go on together, so that neither pipe fills up.
   std::thread tape_tout([&] {
@@ -89,9 +92,11 @@ TEST(Hasard, CentMilleLignesSansPlantage) {
     if (poll(&f, 1, 1000) <= 0) continue;
     n = read(p.sortie, buf, sizeof buf);
     if (n <= 0) break;
+    std::size_t avant = sortie.size() > 16 ? sortie.size() - 16 : 0;
     sortie.append(buf, static_cast<std::size_t>(n));
-    fini = sortie.find("123456.000000") != std::string::npos;
+    fini = sortie.find("123456.000000", avant) != std::string::npos;
   }
+  if (!fini) kill(p.pid, SIGKILL);  // the writer may be blocked on a full pipe
   tape_tout.join();
   ASSERT_TRUE(fini) << "no answer to the last line; output ends with:\n"
                     << sortie.substr(sortie.size() > 2000 ? sortie.size() - 2000 : 0);
@@ -105,11 +110,77 @@ TEST(Hasard, CentMilleLignesSansPlantage) {
   std::set<std::string> inconnus;
   for (std::size_t k = sortie.find('\a'); k != std::string::npos; k = sortie.find('\a', k + 1)) {
     std::size_t d = sortie.rfind('\n', k);
-    std::string avant = sortie.substr(d == std::string::npos ? 0 : d + 1, k - (d == std::string::npos ? 0 : d + 1));
+    std::size_t debut = d == std::string::npos ? 0 : d + 1;
+    std::string avant = sortie.substr(debut, k - debut);
     bool connu = false;
     for (const std::string& t : textes)
       if (avant.size() >= t.size() && avant.compare(avant.size() - t.size(), t.size(), t) == 0) connu = true;
     if (!connu) inconnus.insert(avant);
   }
   EXPECT_TRUE(inconnus.empty()) << *inconnus.begin();
+}
+
+// Lines that the compiler takes: assignments, indices, control forms and
+// prints over random nested expressions, so that the evaluator sees every
+// pair of value kinds under every operator.
+struct Expressions {
+  std::mt19937 g{777};
+  std::string tire(const std::vector<std::string>& v) {
+    return v[std::uniform_int_distribution<std::size_t>(0, v.size() - 1)(g)];
+  }
+  double u() { return std::uniform_real_distribution<double>(0, 1)(g); }
+  const std::vector<std::string> ops = {"+", "-", "*", "/", "%", "^", "&", "|", "&&", "||", "==",
+                                        "!=", "<", ">", "<=", ">=", "~", "<<", ">>", ","};
+  const std::vector<std::string> vars = {"x", "y", "z", "v", "s"};
+  // Numbers stay small inside brackets: a ramp to 1e9 is only a stack
+  // full, but a ramp to 1e5 printed on every line would be gigabytes.
+  bool crochet = false;
+  std::string atome(int d) {
+    double r = u();
+    if (r < 0.2 && crochet) return tire({"0", "1", "2.5", "-3", "7", "0.5"});
+    if (r < 0.2) return tire({"0", "1", "2.5", "-3", "1e9", "0.00001", "7", "100"});
+    if (r < 0.35) return tire(vars);
+    if (r < 0.45) return tire({"\"a\"", "\"b c\"", "\"\"", "\"un deux\"", "NIL", "PI", "'xy'"});
+    if (r < 0.55 && d < 4) return "[" + dedans(d) + "]";
+    if (r < 0.6 && d < 4) return "{" + dedans(d) + "}";
+    if (r < 0.7 && d < 4) return tire(vars) + "[" + dedans(d) + "]";
+    if (r < 0.75 && d < 4) return tire(vars) + "{" + dedans(d) + "}";
+    if (r < 0.8) return tire(vars) + tire({"++", "--"});
+    if (r < 0.85) return tire({"vecteur", "remplir"}) + "(" + expr(d + 1) + ")";
+    if (r < 0.9) return "!" + atome(d + 1);
+    return "(" + expr(d + 1) + ")";
+  }
+  std::string dedans(int d) {
+    bool avant = crochet;
+    crochet = true;
+    std::string e = expr(d + 1);
+    crochet = avant;
+    return e;
+  }
+  std::string expr(int d = 0) {
+    if (d > 5 || u() < 0.3) return atome(d);
+    return atome(d) + " " + tire(ops) + " " + expr(d + 1);
+  }
+  std::string ligne() {
+    double r = u();
+    if (r < 0.4) return tire(vars) + " " + tire({"=", "+=", "-=", "*=", "/=", ",=", "%=", "^="}) + " " + expr();
+    if (r < 0.5) return tire(vars) + "[" + expr() + "] = " + expr();
+    if (r < 0.55) return tire(vars) + "{" + expr() + "} = " + expr();
+    if (r < 0.65) return "si (" + expr() + ") " + tire(vars) + " = " + expr() + " sinon $ " + expr();
+    if (r < 0.7)
+      return "pour (i = 0, " + std::to_string(g() % 6) + ") " + tire(vars) + " ,= " + expr();
+    if (r < 0.75) return "selon (" + expr() + ") { cas 1: $ 1; sortir; cas \"a\": $ 2; defaut: $ 3 }";
+    return "$ " + expr();
+  }
+};
+}  // namespace
+
+TEST(Hasard, CentMilleLignesSansPlantage) { tape_et_verifie(lignes_au_hasard(100000)); }
+
+TEST(Hasard, ExpressionsBienFormees) {
+  Expressions e;
+  std::vector<std::string> l;
+  for (int i = 0; i < 30000; ++i) l.push_back(e.ligne());
+  // A small evaluation stack keeps the vectors, and so what $ prints, short.
+  tape_et_verifie(l, {"eva=2000"});
 }
