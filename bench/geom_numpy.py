@@ -42,3 +42,5 @@ rotx_ms, normales_ms = float(res["rotx_ms"]), float(res["normales_ms"])
 print(f"numpy rotx of {N} vertices: {numpy_ms:.2f} ms (best of two ways, median of 21)")
 print(f"ratio numpy / orvane for rotx: {numpy_ms / rotx_ms:.2f} (goal >= 1)")
 print(f"ratio gen_normale_som / 100 ms: {normales_ms / 100:.2f} (goal < 1)")
+if "commande_ms" in res:
+    print(f"ratio commande / kernel for rotx: {float(res['commande_ms']) / rotx_ms:.2f} (goal about 1)")

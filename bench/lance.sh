@@ -12,3 +12,4 @@ py=python3
 $py -c 'import numpy' 2>/dev/null || py=/usr/bin/python3
 $py bench/geom_numpy.py build/bench/bench_geom
 bash bench/langage.sh
+bash bench/attributs.sh

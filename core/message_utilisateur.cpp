@@ -83,6 +83,8 @@ int cherche_texte(mot* phrase, const mot* limite, mot* liste) {
   if (!e[1] || e[1][0] < 5 || e[1][1] != BLOC_REEL) return -1;
   int k = TEXTE_ENTIER;
   if (e[2] && e[2][0] > 4 && e[2][1] == BLOC_REEL) k = static_cast<int>(lit_reel(e[2] + 4));
+  // In the language `"nom", 0, 1` merges the two numbers into one vector.
+  else if (e[1][0] > 5) k = static_cast<int>(lit_reel(e[1] + 5));
   std::string texte;
   int r = message_utilisateur(nom, static_cast<int>(lit_reel(e[1] + 4)), k, texte);
   if (r < 0) return r;

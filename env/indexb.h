@@ -3,7 +3,7 @@ acc	acc: acceleration; loi acceleree
 accroche	accroche: points accroches a un triangle
 acd	acd: loi acceleree puis deceleree
 aff	aff: affiche des objets; aff(x,y,z,...): affiche des points
-ajust	ajust: reechantillonne une ligne
+ajust	ajust(n): reechantillonne une ligne; rayon(s) l'amincit; joi(a) limite ses angles
 alp	alp: volume alpha
 amas	amas: nuage de points ou d'instances
 amb	amb(r,v,b): lumiere ambiante
@@ -32,9 +32,12 @@ cin	cin(n): loi cinematique
 clef	clef: images clefs
 coe	coe: coefficient (attenuation, force, taux d'apprentissage)
 colonne	colonne: choix de colonnes de sommets
+cone	cone(r,h,n,r2): volume cone de rayon r, hauteur h, n cotes (r2 rayon du haut)
 copie	copie: copie d'objets
 coul	coul(r,v,b): couleur, de 0 a 1 (aussi: couleur)
-courbe	courbe: courbe par des points
+courbe	courbe(s,t): courbe par des points, s points entre deux
+cube	cube(c): volume cube de cote c
+cylindre	cylindre(r,h,n,b): volume cylindre, n cotes, b=0 sans bouchons
 dec	dec: loi deceleree
 dep	dep(x,y,z): translation
 dep	dep(x,y,z): translation
@@ -48,7 +51,7 @@ effile	effile: effilage
 etat	etat: etat de visibilite; peinture d'image
 etiq	etiq: etiquettes
 extru	extru: volume par extrusion
-fac	fac: faces d'un volume; choix de faces (aussi: face)
+fac	fac: faces d'un volume, liste separee par 0 (vol(1) fac = 1,2,3, 0, 1,3,4); fac(i): face i (aussi: face)
 fft	fft: transformee de Fourier
 filtre	filtre: filtre d'image
 foc	foc(f): focale (champ vertical f x 57.75 degres)
@@ -59,7 +62,7 @@ forme	forme: volume a normales particulieres
 fusion	fusion: fusion de volumes
 gl	gl: affichage par OpenGL
 gra	gra: 1 avec fenetre graphique
-grille	grille: volume grille
+grille	grille(nx,ny,nz,dx,dy,dz): volume grille (spe: rangs fermes)
 groupe	groupe: groupe de volumes
 hom	hom(fx,fy,fz): homothetie
 homo	homo(f): homothetie uniforme
@@ -129,12 +132,13 @@ secy	secy(f): secousse aleatoire en y
 secz	secz(f): secousse aleatoire en z
 segment	segment: aretes d'un volume; ligne entre deux points
 seq	seq(x,y,z,...): sequence de la souris; ligne; programme de couleur
-som	som(x,y,z,...): sommets d'un volume; position; pivot
+som	som: sommets d'un volume (vol(1) som = x,y,z, ...); som(i): sommet i; pivot
 sommet	sommet(n,...): choix de sommets
 son	son: fichier de son
 sortie	sortie: sorties voulues d'un reseau; cone d'un spot; courbe d'un champ
 sou	sou: souris, outil souris (aussi: souris)
 spe	spe: affichage special; sockets bloquants
+sphere	sphere(r,n,m): volume sphere, n meridiens, m paralleles
 subst	subst: liste d'attributs d'un autre volume
 suiv	suiv(b,s): volume suiveur
 surf	surf: volume surface (grille)
@@ -148,6 +152,7 @@ tire	tire: tire des sommets
 tirer	tirer: tire un sommet a la souris
 tirer	tirer: tire une grille
 tord	tord: torsion
+tore	tore(R,r,n,m): volume tore, rayons de l'anneau et du tube
 tra	tra(n): trajectoire
 trace	trace(n): longueur de la trace en images
 trait	trait: choix de lignes de sommets

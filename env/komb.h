@@ -348,7 +348,13 @@
 0 0 0 0 .
 |165: effile Effilage
 0 0 0 0 .
-|166: ?166
+|166: cube Cube
 0 0 0 0 .
-|167: ?167
+|167: sphere Sphere
+0 0 0 0 .
+|168: cylindre Cylindre
+0 0 0 0 .
+|169: cone Cone
+0 0 0 0 .
+|170: tore Tore
 0 0 0 0 .

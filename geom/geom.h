@@ -11,6 +11,7 @@
 #include <cstdint>
 
 #include "core/bloc.h"
+#include "core/catalogue.h"
 #include "core/message.h"
 #include "core/objet.h"
 
@@ -42,10 +43,36 @@ constexpr int B_NORMALE_PROPRE = 125;
 constexpr int B_NUAGE = 132;
 constexpr int B_GRILLE133 = 133;
 constexpr int B_BOITE = 141;
+constexpr int B_ATTR = 2;
+constexpr int B_OEIL = 9, B_VISE = 10;  // attributes a transformation may move instead
+constexpr int B_SEQ = 22;     // a line (two points) in a transformation
+constexpr int B_SORTIE = 26;  // a list of points to repeat an operation along
+constexpr int B_IMAGE = 28;
+constexpr int B_JOINT = 33;   // an angle in radians
+constexpr int B_COE = 42;     // a vector of parameters
+constexpr int B_NB = 47;      // frame count of an animation
+constexpr int B_ACC = 89, B_DEC = 90, B_ACD = 91;  // spacing laws
+constexpr int B_GL = 108, B_VIT = 111, B_MASSE = 112, B_TRANSP = 116;
+constexpr int B_BROSSE = 120;
+constexpr int B_COURBE = 123, B_AJUST = 124;
+constexpr int B_PROPAGE = 129;  // back to the origin of an animation
+constexpr int B_MEM = 148, B_TABLEAU = 160;
+// Shapes built in one phrase.
+constexpr int B_CUBE = 166, B_SPHERE = 167, B_CYLINDRE = 168, B_CONE = 169, B_TORE = 170;
 // env 0
+constexpr int A_MATRICE_CMD = 38;  // a 4 x 4 matrix applied to vertices
 constexpr int A_LIM = 41;
 constexpr int A_CENTRE = 42;
 constexpr int A_TOP = 46;
+constexpr int A_MAX = 54;   // radius of influence
+constexpr int A_TAILLE = 59;  // a list of vertices; a point in generer
+constexpr int A_CHERCHE = 67;
+constexpr int A_GENERER = 68;
+constexpr int A_PULS = 95;  // the operation goes into the volume's matrix
+constexpr int A_TEM = 98;
+constexpr int A_ROTV = 100;  // a rotation given as a vector
+constexpr int A_FONC_CHAMP = 101;
+constexpr int A_FENETRE = 102;
 constexpr int A_MATRICE = 112;
 
 // Operations of the transformation group, by the ordinal of their keyword.
@@ -55,7 +82,13 @@ constexpr int B_HOM = 38, B_HOMX = 39, B_HOMY = 40, B_HOMZ = 41, B_HOMO = 43;
 constexpr int B_SECX = 56, B_SECY = 57, B_SECZ = 58, B_SEC = 59;
 constexpr int B_SYMX = 70, B_SYMY = 71, B_SYMZ = 72, B_SYM = 73;
 constexpr int B_TIRER = 103;
-constexpr int B_GONFLE = 143, B_PINCE = 163, B_TORD = 164, B_POUSSE = 165;
+// bosse swells about the pivot; tord twists about the axis, more the
+// farther along it; plie turns about the axis, fading over the radius;
+// effile narrows (or widens) across the axis along it.
+constexpr int B_BOSSE = 143, B_TORD = 163, B_PLIE = 164, B_EFFILE = 165;
+// The 4 x 4 matrix of a38 applied to the vertices: told apart from b38 by
+// its sign, since both lists share the number.
+constexpr int OP_MATRICE = -38;
 
 // Laws of spacing (the kinematic laws).
 constexpr int LOI_CIN = 60, LOI_ACC = 89, LOI_DEC = 90, LOI_ACD = 91, LOI_TABLE = 130;
@@ -63,6 +96,9 @@ constexpr int LOI_CIN = 60, LOI_ACC = 89, LOI_DEC = 90, LOI_ACD = 91, LOI_TABLE 
 // Message of env 0 for too many faces at a vertex (the others this folder
 // prints are the core's: MES_USAGE, MES_NUL, MES_INDICE, MES_ABSENT...).
 constexpr int MES_TROP = MES_ENTETE;
+constexpr int MES_DOUBLE = 18;  // a work table was doubled
+constexpr int MES_VALEUR = MES_PAS_VARIABLE;  // bad value type, or bad keyword after an option
+constexpr int MES_VAR = 84;     // var without a value
 
 // A vector whose squared length is at most this is left as it is.
 constexpr double SEUIL_NORME = 0.0001;
@@ -133,6 +169,8 @@ int vol_illum_ecrit(Objet* o, const float* v, int n);
 int vol_som_ecrit(Objet* o, const float* v, int nb, int d);
 int vol_fac_ecrit(Objet* o, const mot* fac);  // a BLOC_LISTE of faces
 void vol_fac_change(Objet* o);
+// After vertices were changed in place: what follows from them goes stale.
+void vol_som_change(Objet* o);
 
 // Marks the derived data of the volume (of all volumes when null) with the
 // value: 0 makes it stale.
@@ -190,6 +228,7 @@ struct Transfo {
   float ligne[6] = {0, 0, 0, 0, 0, 0};  // hom about a line: two points
   bool ligne_donnee = false;
   float rayon = -1;           // radius of influence; negative: everywhere
+  float m[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};  // OP_MATRICE
 };
 // Which vertices move: all when both lists are empty.
 struct Selection {
@@ -261,9 +300,32 @@ int vol_sphere(Objet* o, int meridiens, int paralleles, float rayon);
 int vol_cylindre(Objet* o, int n, float r_bas, float r_haut, float hauteur, bool bouchons);
 int vol_tore(Objet* o, int n, int m, float r_grand, float r_petit);
 
+// ---- handlers of the command dispatch ---------------------------------------------
+// Each takes the phrase on the evaluation stack, the assigned value (null for
+// a read) and the stack limit; it writes its value over the phrase, or sets
+// word 0 to 0; it gives < 0 on failure (-12: stack full), 0 when done, and
+// POUR_ATTRIBUT for a phrase it leaves to the attribute routine.
+//
+// The transformations: vol(1) rotx(30), dep(1,2,3) vol(1,2), vol(1) homo(2)...
+int transformer(mot* bloc, mot* valeur, const mot* limite);
+// generer vol(1) normale fac: derived data on demand.
+int generer(mot* bloc, mot* valeur, const mot* limite);
+// vol(1) som, vol(1) som = 0,0,0, 1,0,0 ..., vol(1) som(2) = x,y,z (b86); seq (b22).
+int sommets_commande(mot* bloc, mot* valeur, const mot* limite);
+// vol(1) fac, vol(1) fac = 1,2,3, 0, 1,3,4 ..., vol(1) fac(2) = 1,2,3.
+int faces_commande(mot* bloc, mot* valeur, const mot* limite);
+// vol(1) grille(nx, ny), cube(2), sphere(1, 16, 8), cylindre, cone, tore.
+int forme_commande(mot* bloc, mot* valeur, const mot* limite);
+// vol(1) courbe(4, 1): a smooth curve through the vertices; courbe(4) som(...) a value.
+int courbe_commande(mot* bloc, mot* valeur, const mot* limite);
+// vol(1) ajust(20): resampling, thinning, joints, even spreading of a line.
+int ajust_commande(mot* bloc, mot* valeur, const mot* limite);
+
 // ---- state ---------------------------------------------------------------------
 struct Geom {
   int pas_normale = 0;  // 0: from the vocabulary
   long alea = 0;        // next entry of the random table
+  int dernier = 0;      // number of the last volume transformed, for a phrase
+  bool dernier_vu = false;  // that names none
 };
 extern Geom geom;

@@ -118,7 +118,7 @@ struct Sym {
 
 // Moves along the vertex's direction from the pivot: g > 0 swells, g < 0
 // pinches.
-struct Gonfle {
+struct Bosse {
   double g;
   Pivot o;
   void operator()(reel* p, long i) const { attenue(p, i, 1); }
@@ -126,6 +126,55 @@ struct Gonfle {
     for (int k = 0; k < 3; ++k) p[k] = static_cast<float>(p[k] + g * w * (static_cast<double>(p[k]) - o[k]));
   }
 };
+
+// Turns about the axis through the pivot by a per unit of length along it.
+struct Tord {
+  double u[3], a;
+  Pivot o;
+  void operator()(reel* p, long i) const { attenue(p, i, 1); }
+  void attenue(reel* p, long, double w) const {
+    double x[3] = {static_cast<double>(p[0]) - o[0], static_cast<double>(p[1]) - o[1],
+                   static_cast<double>(p[2]) - o[2]};
+    double t = x[0] * u[0] + x[1] * u[1] + x[2] * u[2];
+    double c = std::cos(a * t * w), s = std::sin(a * t * w);
+    double ux[3] = {u[1] * x[2] - u[2] * x[1], u[2] * x[0] - u[0] * x[2], u[0] * x[1] - u[1] * x[0]};
+    for (int k = 0; k < 3; ++k) p[k] = static_cast<float>(o[k] + x[k] * c + ux[k] * s + u[k] * t * (1 - c));
+  }
+};
+
+// Scales the distance to the axis by 1 + f t, t the position along it.
+struct Effile {
+  double u[3], f;
+  Pivot o;
+  void operator()(reel* p, long i) const { attenue(p, i, 1); }
+  void attenue(reel* p, long, double w) const {
+    double x[3] = {static_cast<double>(p[0]) - o[0], static_cast<double>(p[1]) - o[1],
+                   static_cast<double>(p[2]) - o[2]};
+    double t = x[0] * u[0] + x[1] * u[1] + x[2] * u[2];
+    double g = 1 + f * t * w;
+    for (int k = 0; k < 3; ++k) {
+      double q = o[k] + t * u[k];
+      p[k] = static_cast<float>(q + (o[k] + x[k] - q) * g);
+    }
+  }
+};
+
+struct Matrice {
+  const float* m;
+  void operator()(reel* p, long) const { matrice_applique(m, p, p); }
+  void attenue(reel* p, long, double w) const {
+    float q[3];
+    matrice_applique(m, p, q);
+    for (int k = 0; k < 3; ++k) p[k] = static_cast<float>(p[k] + w * (static_cast<double>(q[k]) - p[k]));
+  }
+};
+
+// The unit axis of t, in double; a zero axis stays zero (no effect).
+void unite(const Transfo* t, double* u) {
+  float a[3];
+  normer(t->axe, a);
+  for (int k = 0; k < 3; ++k) u[k] = a[k];
+}
 
 // ---- the loops -----------------------------------------------------------------
 template <class Op>
@@ -184,7 +233,7 @@ int transformer_sommets(reel* som, int n, int d, const Transfo* t, const int* li
     case B_ROTZ: go(rot<0, 1>(t)); break;
     case B_ROTA:
     case B_TIRER:
-    case B_TORD: {
+    case B_PLIE: {
       Rota r{{}, t->angle, o, t->axe};
       matrice_axe(o, t->axe, std::cos(t->angle), std::sin(t->angle), r.m);
       go(r);
@@ -213,12 +262,20 @@ int transformer_sommets(reel* som, int n, int d, const Transfo* t, const int* li
     case B_SYMY: go(Sym<2>{o}); break;
     case B_SYMZ: go(Sym<4>{o}); break;
     case B_SYM: go(Sym<7>{o}); break;
-    case B_GONFLE: go(Gonfle{1, o}); break;
-    case B_PINCE: go(Gonfle{-f, o}); break;
-    case B_POUSSE:
-      // A translation that fades with the distance: only meant with a radius.
-      go(Dep{{t->v[0], t->v[1], t->v[2]}});
+    case B_BOSSE: go(Bosse{f, o}); break;
+    case B_TORD: {
+      Tord r{{}, t->angle, o};
+      unite(t, r.u);
+      go(r);
       break;
+    }
+    case B_EFFILE: {
+      Effile e{{}, f, o};
+      unite(t, e.u);
+      go(e);
+      break;
+    }
+    case OP_MATRICE: go(Matrice{t->m}); break;
     default:
       return geom_erreur_valeur(t->op, MES_INDICE);
   }

@@ -131,7 +131,11 @@ int transformer_matrice(const Transfo* t, float* m) {
     case B_ROTZ: plan(0, 1); break;
     case B_ROTA:
     case B_TIRER:
+    case B_PLIE:
       matrice_axe(o, t->axe, static_cast<float>(c), static_cast<float>(s), op);
+      break;
+    case OP_MATRICE:
+      std::memcpy(op, t->m, sizeof op);
       break;
     case B_HOM:
       if (t->ligne_donnee) {

@@ -208,6 +208,11 @@ int vol_fac_ecrit(Objet* o, const mot* fac) {
   return 0;
 }
 
+void vol_som_change(Objet* o) {
+  invalider_vol(o, 0);
+  if (mot* c = vol_attribut(o, 2, CLE_AFFICHE)) c[1] = 0;
+}
+
 void vol_fac_change(Objet* o) {
   attribut_supprime(o, 3, CLE_VOISIN);
   attribut_supprime(o, 1, CLE_SEGMENT);

@@ -52,9 +52,10 @@ enum : mot {
 
 // Ordinals of list "a" that the interpreter gives a meaning to. (A_FONC,
 // A_VAR and A_NUM are the object table's, A_BIP and A_ERR the messages',
-// A_AIDE, A_RETOUR, A_NIL, A_PI, A_EDI, A_IMPRIME, A_AIDE_MOT the compiler's.)
-constexpr int A_TEXTE = 1, A_PAS = 3, A_LISTE_ITEMS = 21, A_LIRE = 14, A_DEMANDE = 19, A_LIER = 23, A_LIB = 34,
-              A_SYSTEME = 35, A_OPT = 50, A_COM = 63, A_EXEC = 69, A_MES = 80, A_CONT = 89, A_DEBUG = 92,
+// A_AIDE, A_RETOUR, A_NIL, A_PI, A_IMPRIME, A_AIDE_MOT the compiler's; A_LIB,
+// A_EDI, A_OPT, A_EXEC the catalogue's.)
+constexpr int A_TEXTE = 1, A_PAS = 3, A_LISTE_ITEMS = 21, A_LIRE = 14, A_DEMANDE = 19, A_LIER = 23,
+              A_SYSTEME = 35, A_COM = 63, A_MES = 80, A_CONT = 89, A_DEBUG = 92,
               A_SOR = 93, A_COD = 94, A_NODEBUG = 96, A_QUITTER = 104, A_HIS = 105,
               A_ALI = 107, A_VECTEUR = 109, A_REMPLIR = 110, A_AFFICHE = 113;
 // Ordinals above this one always go to the command dispatch.
@@ -116,9 +117,14 @@ int tester(mot* groupe, mot* haut);
 // Compiles and runs a text as a line typed at the current level.
 int executer_texte(const char* texte);
 
-// The command dispatch of the phrases that list "a" does not handle here.
-// For now it only says that the keyword is not implemented.
-int commande(mot* phrase, const mot* limite, mot* bloc2);
+// The command dispatch of the phrases that list "a" does not handle here:
+// one table per list gives each ordinal its handler (interp/commande.cpp);
+// what no handler claims reads or writes an attribute. `valeur` is the value
+// of an assignment `phrase = v`, null for a read.
+int commande(mot* phrase, const mot* limite, mot* valeur);
+// The built-in functions: a one-element phrase, its value written in place.
+// 0, -1, -12, or above 0 when the phrase is a command.
+int fonction_interne(mot* bloc, const mot* limite);
 
 // ---- evaluator ------------------------------------------------------------------
 constexpr int MAX_DIFFERES = 10;

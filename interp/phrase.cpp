@@ -117,12 +117,3 @@ int executer_phrase(mot* bloc) {
   piles.eva_haut = bloc + taille_item(bloc);
   return r;
 }
-
-int commande(mot* phrase, const mot*, mot*) {
-  mot* e = phrase + 4;
-  const char* nom = phrase[2] > 0 ? mot_nom(e[1], e[2]) : nullptr;
-  std::printf("%s: non implemente", nom ? nom : "?");
-  cloche();
-  phrase[0] = 0;
-  return 0;
-}

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "core/bloc.h"
+#include "core/catalogue.h"
 #include "core/message.h"
 #include "core/objet.h"
 
@@ -100,7 +101,7 @@ enum : mot {
 // fonc, a45 statique and a108 err are named in the core's headers).
 constexpr int A_AIDE = 2, A_EXTERNE = 8, A_POUR = 10, A_RETOUR = 11, A_ALLER = 12, A_SI = 16,
               A_SINON = 17, A_TANTQUE = 18, A_NIL = 22, A_LIEN = 23, A_PI = 25, A_SORTIR = 29,
-              A_SELON = 30, A_CAS = 31, A_DEFAUT = 32, A_EDI = 36, A_IMPRIME = 62,
+              A_SELON = 30, A_CAS = 31, A_DEFAUT = 32, A_IMPRIME = 62,
               A_AIDE_MOT = 65, A_RC = 66, A_VAR_LISTE = 97, A_ALIAS = 107;
 // Type of a function Objet (the ordinal a6) and of the alias table.
 constexpr int TYPE_FONCTION = A_FONC;

@@ -261,3 +261,32 @@ TEST(Pas, StepDividesAndTirerNeedsAGrid) {
   ASSERT_EQ(transformer_vol(o, &u, nullptr, false), 0);
   proche(som(o), {0, 0, -1});
 }
+
+TEST(Formes, TwistTaperSwellAndMatrix) {
+  monde();
+  // About the y axis through the origin: a vertex on the pivot's plane
+  // (t = 0) stays, one a unit along turns by the whole angle.
+  Objet* o = volume_de({1, 0, 0, 1, 1, 0, 1, -0.5f, 0}, {});
+  Transfo t = op(B_TORD, DEMI_PI);
+  t.pivot_donne = true;
+  t.axe[0] = t.axe[2] = 0;
+  t.axe[1] = 2;  // normalised by the operation
+  ASSERT_EQ(transformer_vol(o, &t, nullptr, false), 0);
+  proche(som(o), {1, 0, 0, 0, 1, -1, std::cos(DEMI_PI / 2), -0.5f, std::sin(DEMI_PI / 2)});
+  Objet* e = volume_de({1, 1, 0, 1, -0.5f, 0, 0, 3, 0}, {}, 2);
+  Transfo f = op(B_EFFILE, 0, 1);
+  f.pivot_donne = true;
+  f.axe[0] = f.axe[2] = 0;
+  f.axe[1] = 1;
+  ASSERT_EQ(transformer_vol(e, &f, nullptr, false), 0);
+  proche(som(e), {2, 1, 0, 0.5f, -0.5f, 0, 0, 3, 0});
+  Objet* b = volume_de({2, 0, 0, 0, 1, 0}, {}, 3);
+  Transfo g = op(B_BOSSE, 0, 0.5f);
+  g.pivot_donne = true;
+  ASSERT_EQ(transformer_vol(b, &g, nullptr, false), 0);
+  proche(som(b), {3, 0, 0, 0, 1.5f, 0});
+  Transfo m = op(OP_MATRICE);
+  m.m[12] = 1, m.m[13] = 2;  // a translation, in the fourth column
+  ASSERT_EQ(transformer_vol(b, &m, nullptr, false), 0);
+  proche(som(b), {4, 2, 0, 1, 3.5f, 0});
+}

@@ -1,0 +1,267 @@
+// The fallback of the command dispatch: a phrase that no handler claims
+// reads or writes an attribute stored on the objects that it names.
+//   vol(1) coul(1,0,0)     writes (coul) on volume 1
+//   vol(1) coul            reads it (nil when absent)
+//   lum(1,2) foc           reads over two lights, values appended
+//   vol(1) sommet(3) coul  the row 3 of the attribute (sommet, coul)
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "core/message.h"
+#include "interp/commande_interne.h"
+#include "interp/fonctions_interne.h"
+#include "startup/startup.h"
+
+namespace {
+constexpr int MAX_PAIRES = 4;  // the dispatchers by count take 1 to 4 pairs
+
+bool type_objet(int ord) {
+  switch (ord) {
+    case B_VOL: case B_LUM: case B_IMA: case B_TRA: case B_CIN: case B_VUE: case B_BRO: case B_CHA:
+    case B_ALP: case B_TAB: case B_RES:
+      return true;
+  }
+  return false;
+}
+
+bool second_niveau(int ord) { return ord == B_FAC || ord == B_SOMMET || ord == B_SOM || ord == B_NEU; }
+
+struct Chemin {
+  int type = 0;
+  mot* ids = nullptr;        // identifiers of the objects
+  mot* selection = nullptr;  // rows chosen by a second-level keyword
+  mot* acces = nullptr;      // the value to write, when an argument stands
+  int n = 0;
+  mot paires[2 * MAX_PAIRES];
+};
+
+// Number of identifiers, or rows, in an argument.
+long compte(const mot* a) {
+  if (!a || a[0] <= 0) return 0;
+  if (a[1] == BLOC_CHAINE) return 1;
+  return a[1] == BLOC_REEL ? a[0] - 4 : a[2];
+}
+
+// Row k (1-based) of a selection.
+long rangee(const mot* s, long k) {
+  if (s[0] < 0) return static_cast<long>(lit_reel(s + 1));
+  return s[1] == BLOC_REEL ? static_cast<long>(lit_reel(s + 3 + k)) : 0;
+}
+
+// The value as floats: a block, or a scalar pair.
+bool flottants(const mot* v, const reel** x, long* n) {
+  if (v[0] == BLOC_REEL) {
+    *x = reels(v + 1);
+    *n = 1;
+    return true;
+  }
+  if (v[0] > 0 && v[1] == BLOC_REEL) {
+    *x = reels(v + 4);
+    *n = v[0] - 4;
+    return true;
+  }
+  return false;
+}
+
+// A new attribute of this path holding rows of width w, n rows, zeroed.
+mot* nouvel_attribut(const Chemin& c, long rangs, long w) {
+  mot h = 4 + 2 * c.n;
+  mot* a = bloc_alloue(static_cast<mot>(h + 4 + rangs * w));
+  if (!a) return nullptr;
+  a[0] = static_cast<mot>(h + 4 + rangs * w);
+  phrase_paires(a, c.n, c.paires);
+  mot* q = a + h;
+  q[0] = static_cast<mot>(4 + rangs * w);
+  q[1] = BLOC_REEL;
+  q[2] = static_cast<mot>(rangs);
+  q[3] = static_cast<mot>(w);
+  std::memset(q + 4, 0, sizeof(mot) * rangs * w);
+  return a;
+}
+
+// Writes v into the object's attribute of this path. The keyword's declared
+// row width shapes the value (cut, or filled with zeros); a keyword that
+// declares none keeps the value whole. With a selection only those rows are
+// written, the attribute growing to hold them.
+int ecrire_attribut(Objet* o, const Chemin& c, const mot* v) {
+  const reel* x;
+  long n;
+  if (!flottants(v, &x, &n)) {
+    // Other values are stored as they are.
+    int pos;
+    mot* ancien = attribut_trouve_pos(o, &pos, c.n, c.paires);
+    mot h = 4 + 2 * c.n;
+    mot* a = bloc_alloue(h + v[0]);
+    if (!a) return -1;
+    a[0] = h + v[0];
+    phrase_paires(a, c.n, c.paires);
+    std::memcpy(a + h, v, sizeof(mot) * v[0]);
+    if (ancien) {
+      o->donnees[pos] = ptr_vers_mot(a);
+      bloc_supprime(ancien);
+    } else if (liste_ajoute(o, a) < 0) {
+      bloc_libere(a);
+      return -1;
+    }
+    return 0;
+  }
+  long w = mot_dim(c.paires[2 * c.n - 2], c.paires[2 * c.n - 1]);
+  if (w <= 0) w = n;
+  long sel = c.selection ? compte(c.selection) : 0;
+  long rangs = 1;
+  for (long k = 1; k <= sel; ++k) rangs = std::max(rangs, rangee(c.selection, k));
+  int pos;
+  mot* ancien = attribut_trouve_pos(o, &pos, c.n, c.paires);
+  mot* q = ancien ? ancien + ancien[2] : nullptr;
+  // The block is reused when the value fits its shape.
+  bool garde = ancien && q[1] == BLOC_REEL && q[3] == w && (sel > 0 ? q[2] >= rangs : q[2] == 1);
+  mot* a = ancien;
+  if (!garde) {
+    // A new block: the old rows are kept under a selection, replaced otherwise.
+    long anciens = ancien && sel > 0 && q[1] == BLOC_REEL && q[3] == w ? q[2] : 0;
+    a = nouvel_attribut(c, std::max(rangs, anciens), w);
+    if (!a) return -1;
+    if (anciens) std::memcpy(a + a[2] + 4, q + 4, sizeof(mot) * anciens * w);
+  }
+  mot* t = a + a[2];
+  reel* d = reels(t + 4);
+  if (sel == 0) {
+    for (long k = 0; k < w; ++k) d[k] = k < n ? x[k] : 0.f;
+  } else {
+    for (long k = 1; k <= sel; ++k) {
+      long r = rangee(c.selection, k);
+      if (r < 1) continue;
+      for (long j = 0; j < w; ++j) d[(r - 1) * w + j] = j < n ? x[j] : 0.f;
+    }
+  }
+  if (a != ancien) {
+    if (ancien) {
+      o->donnees[pos] = ptr_vers_mot(a);
+      bloc_supprime(ancien);
+    } else if (liste_ajoute(o, a) < 0) {
+      bloc_libere(a);
+      return -1;
+    }
+  }
+  return 0;
+}
+
+// Appends the attribute's values (or the selected rows) to the result.
+int lire_attribut(Objet* o, const Chemin& c, mot* acc, const mot* limite) {
+  mot* a = attribut_trouve(o->donnees, c.n, c.paires);
+  if (!a) return 0;
+  mot* t = a + a[2];
+  if (!c.selection || t[1] != BLOC_REEL || t[3] <= 0) {
+    int r = bloc_ajoute(acc, limite, t, 0);
+    return r == -1 ? 0 : r;  // unlike values are passed over
+  }
+  for (long k = 1, s = compte(c.selection); k <= s; ++k) {
+    long r = rangee(c.selection, k);
+    if (r < 1 || r > t[2]) continue;
+    int e = bloc_ajoute(acc, limite, t, static_cast<int>(r));
+    if (e == -12) return e;
+  }
+  return 0;
+}
+
+int dump_attributs(mot* bloc) {
+  for (Objet* o = piles.obj_base; o < piles.obj_haut; ++o) {
+    if (o->type <= 0 || !o->donnees || o->donnees[0] < 4 || o->donnees[1] != BLOC_BLOCS) continue;
+    objet_imprime(o);
+    std::putchar('\n');
+    for (mot k = 0; k < o->donnees[2]; ++k) {
+      mot* a = bloc_pointe(o->donnees[4 + k]);
+      if (!a || a[1] != BLOC_PHRASE) continue;
+      std::fputs("  ", stdout);
+      for (mot p = 0; p < a[3]; ++p) mot_imprime(a[4 + 2 * p], a[5 + 2 * p]);
+      mot* t = a + a[2];
+      if (t[1] == BLOC_REEL)
+        for (mot j = 0; j < t[0] - 4; ++j) std::printf("%g ", static_cast<double>(lit_reel(t + 4 + j)));
+      else if (t[1] == BLOC_CHAINE)
+        std::printf("\"%s\"", bloc_texte(t));
+      std::putchar('\n');
+    }
+  }
+  bloc[0] = 0;
+  return 0;
+}
+}  // namespace
+
+int attribut(mot* bloc, mot* valeur, const mot* limite) {
+  mot* e = premier_element(bloc);
+  if (bloc[2] == 1) {
+    if (e[1] == 0 && e[2] == A_POIDS) return dump_attributs(bloc);
+    if (e[1] == 1 && e[2] == B_SUBST && argument(e)) {
+      // The argument itself, tagged 65, is the value.
+      mot* v = argument(e);
+      mot l = v[0] > 0 ? v[0] : 2;
+      std::memmove(bloc + 4, v, sizeof(mot) * l);
+      bloc[0] = 4 + l;
+      bloc[1] = B_SUBST;
+      bloc[2] = 1;
+      bloc[3] = 0;
+      return 0;
+    }
+    if (e[1] == 1) return valeur_cle(bloc, valeur, limite);
+  }
+  Chemin c;
+  for (mot k = 0; k < bloc[2]; ++k, e = element_suivant(e)) {
+    if (e[1] < 0 || e[1] > 1) return e[1] < 0 ? 1 : e[1];
+    if (e[1] == 0 && (e[2] == A_NUM || e[2] == A_NOM)) {
+      c.ids = argument(e);
+      continue;
+    }
+    if (e[1] == 1 && type_objet(e[2]) && !c.type) {
+      c.type = e[2];
+      if (argument(e)) c.ids = argument(e);
+      continue;
+    }
+    if (c.n == MAX_PAIRES) {
+      message(0, 2);
+      return -1;
+    }
+    c.paires[2 * c.n] = e[1];
+    c.paires[2 * c.n + 1] = e[2];
+    ++c.n;
+    if (e[1] == 1 && second_niveau(e[2])) c.selection = argument(e);
+    else c.acces = argument(e);
+  }
+  if (!c.type || !c.ids || c.n == 0) {
+    resultat_nil(bloc);
+    return 0;
+  }
+  const mot* v = valeur ? valeur : c.acces;
+  long nb = compte(c.ids);
+  if (v) {
+    for (long i = 1; i <= nb; ++i) {
+      Objet* o = objet_trouve_arg(1, c.type, c.ids, static_cast<int>(i));
+      if (o && ecrire_attribut(o, c, v) < 0) return -1;
+    }
+    // A write leaves the value in place of the phrase.
+    mot l = v[0] > 0 ? v[0] : 2;
+    if (bloc + l >= limite) return PILE_PLEINE;
+    std::memmove(bloc, v, sizeof(mot) * l);
+    return 0;
+  }
+  // A read gathers behind the phrase, then moves into its place.
+  mot* acc = bloc + bloc[0];
+  if (acc + 4 >= limite) return PILE_PLEINE;
+  acc[0] = 4;
+  acc[1] = BLOC_NIL;
+  acc[2] = 0;
+  acc[3] = 1;
+  for (long i = 1; i <= nb; ++i) {
+    Objet* o = objet_trouve_arg(1, c.type, c.ids, static_cast<int>(i));
+    if (!o) continue;
+    int r = lire_attribut(o, c, acc, limite);
+    if (r < 0) return r;
+  }
+  if (acc[0] == 4) {
+    resultat_nil(bloc);
+    return 0;
+  }
+  if (acc[1] == BLOC_REEL) acc[3] = 1;
+  std::memmove(bloc, acc, sizeof(mot) * acc[0]);
+  return 0;
+}

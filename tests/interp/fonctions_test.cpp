@@ -1,0 +1,195 @@
+// The built-in functions on phrases built by hand, with the real vocabulary.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "core/message.h"
+#include "interp/fonctions_interne.h"
+#include "startup/startup.h"
+
+namespace {
+struct Interne : testing::Test {
+  void SetUp() override {
+    tas::init();
+    kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
+    mes_charge(ORVANE_SOURCE "/env/mesa.h", 0);
+    messages.charges = true;
+    ASSERT_EQ(piles_alloue(100, 100000, 100, 100), 0);
+  }
+
+  // The phrase ord(v...) on the evaluation stack.
+  mot* phrase(int ord, std::vector<float> v) {
+    mot* b = piles.eva_base;
+    mot n = static_cast<mot>(v.size());
+    mot t[] = {4 + 3 + 4 + n, BLOC_PHRASE, 1, 0, 3 + 4 + n, 0, ord, 4 + n, BLOC_REEL, n, 1};
+    std::copy(std::begin(t), std::end(t), b);
+    for (mot i = 0; i < n; ++i) ecrit_reel(b + 11 + i, v[i]);
+    return b;
+  }
+
+  mot* phrase_texte(int ord, const std::string& s) {
+    mot* b = piles.eva_base;
+    mot l = long_chaine(s.size());
+    mot t[] = {4 + 3 + l, BLOC_PHRASE, 1, 0, 3 + l, 0, ord, l, BLOC_CHAINE, 1, static_cast<mot>(s.size())};
+    std::copy(std::begin(t), std::end(t), b);
+    std::memcpy(b + 11, s.c_str(), s.size() + 1);
+    return b;
+  }
+
+  std::vector<float> valeurs(const mot* b) {
+    EXPECT_EQ(b[1], BLOC_REEL);
+    return std::vector<float>(reels(b + 4), reels(b + 4) + b[2]);
+  }
+
+  int appelle(mot* b, std::string* sortie = nullptr) {
+    testing::internal::CaptureStdout();
+    int r = fonction_interne(b, piles.eva_limite);
+    std::string s = testing::internal::GetCapturedStdout();
+    if (sortie) *sortie = s;
+    return r;
+  }
+};
+}  // namespace
+
+TEST_F(Interne, GuardsOfRootAndLogarithm) {
+  std::string s;
+  EXPECT_EQ(appelle(phrase(F_RACINE, {4, -1}), &s), -1);
+  EXPECT_NE(s.find(message_texte(0, M_RACINE)), std::string::npos);
+  mot* b = phrase(F_LOG, {0, 1});
+  EXPECT_EQ(appelle(b, &s), 0);
+  EXPECT_EQ(s, "");
+  EXPECT_TRUE(std::isinf(valeurs(b)[0]));
+  EXPECT_EQ(appelle(phrase(F_LOG, {-1}), &s), -1);
+  EXPECT_NE(s.find(message_texte(0, M_LOG)), std::string::npos);
+}
+
+TEST_F(Interne, ClampingRoundingAndReductions) {
+  mot* b = phrase(F_ACOS, {2, -2});
+  appelle(b);
+  EXPECT_EQ(valeurs(b)[0], 0.f);
+  EXPECT_FLOAT_EQ(valeurs(b)[1], 3.14159265f);
+  b = phrase(F_ARRONDI, {2.5f, -2.5f, 0.4f});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{3, -3, 0}));
+  b = phrase(F_SOMME, {7});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{7}));
+  b = phrase(F_NORME, {0, 0, 0});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{0, 0, 0}));
+  b = phrase(F_NORME, {3, 4});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{0.6f, 0.8f}));
+}
+
+TEST_F(Interne, ShapesThatChangeTheLength) {
+  mot* b = phrase(F_MODULE, {3, 4, 0, 0, 0, 2, 1});  // a short last triple
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{5, 2, 1}));
+  b = phrase(F_SCAL, {1, 2, 3, 4});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{11}));
+  b = phrase(F_VECTORIEL, {1, 0, 0, 0, 1, 0});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{0, 0, 1}));
+  b = phrase(F_GENERER, {2, 10, 11, 12, 13, 14});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{10, 12, 14}));
+  b = phrase(F_MODULE_C, {3, 4, 6, 8});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{5, 10}));
+  b = phrase(F_TRI, {3, 1, 2});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{1, 2, 3}));
+  b = phrase(F_LIM, {0, 5, 1, 2, -1, 3});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{0, -1, 1, 2, 5, 3}));
+  std::string s;
+  EXPECT_EQ(appelle(phrase(F_LIM, {1, 2}), &s), -1);
+  EXPECT_NE(s.find("expr"), std::string::npos);
+}
+
+TEST_F(Interne, TransposeUsesTheRowLength) {
+  mot* b = phrase(F_TRANSPOSE, {1, 2, 3, 4, 5, 6});
+  b[10] = 3;  // two rows of three
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{1, 4, 2, 5, 3, 6}));
+  EXPECT_EQ(b[3], 2);
+}
+
+TEST_F(Interne, EmptyArgumentGivesNilAndCommandsAreNotHandled) {
+  mot* b = phrase(F_COS, {});
+  EXPECT_EQ(appelle(b), 0);
+  EXPECT_EQ(b[1], BLOC_NIL);
+  // cos(1) vol: a second keyword of list b makes it a command.
+  b = phrase(F_COS, {1});
+  b[0] += 3;
+  b[2] = 2;
+  mot* e = b + 4 + b[4];
+  e[0] = 3, e[1] = 1, e[2] = 4;
+  EXPECT_EQ(appelle(b), 1);
+  // A result that does not fit below the limit.
+  b = phrase(F_COS, std::vector<float>(50, 1.f));
+  EXPECT_EQ(fonction_interne(b, b + 40), PILE_PLEINE);
+}
+
+TEST_F(Interne, TextConversions) {
+  mot* b = phrase_texte(F_COD, "AB");
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{65, 66}));
+  b = phrase(F_COD, {104, 105});
+  appelle(b);
+  EXPECT_EQ(b[1], BLOC_CHAINE);
+  EXPECT_STREQ(bloc_texte(b), "hi");
+  b = phrase(F_TEXTE, {1, 2.5f});
+  appelle(b);
+  EXPECT_STREQ(bloc_texte(b), "1 2.5");
+  b = phrase_texte(F_TAILLE, "abcd");
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{4}));
+}
+
+TEST_F(Interne, FilesWrittenThenReadBack) {
+  char modele[] = "/tmp/orvane_fXXXXXX";
+  int fd = mkstemp(modele);
+  ASSERT_GE(fd, 0);
+  close(fd);
+  mot* b = phrase_texte(F_FOPEN, std::string(modele) + " w");
+  appelle(b);
+  float f = valeurs(b)[0];
+  ASSERT_GE(f, 0);
+  b = phrase(F_FWRITE, {f, 104, 105, 33});
+  appelle(b);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{3}));
+  appelle(phrase(F_FCLOSE, {f}));
+  b = phrase_texte(F_FOPEN, std::string(modele) + " r");
+  appelle(b);
+  f = valeurs(b)[0];
+  b = phrase(F_FREAD, {f, 10});
+  appelle(b);
+  EXPECT_STREQ(bloc_texte(b), "hi!");
+  appelle(phrase(F_FCLOSE, {f}));
+  std::string s;
+  EXPECT_EQ(appelle(phrase(F_FREAD, {f, 1}), &s), -1);  // closed slot
+  EXPECT_EQ(s, "fread fwrite(pf,datas)\a\n");
+  unlink(modele);
+}
+
+TEST_F(Interne, OpenWithoutModeAndThe257thOpen) {
+  std::string s;
+  mot* b = phrase_texte(F_FOPEN, "f");
+  EXPECT_EQ(appelle(b, &s), 0);
+  EXPECT_EQ(valeurs(b), (std::vector<float>{-1}));
+  EXPECT_EQ(s.rfind("fopen(", 0), 0u);
+  for (int i = 0; i < 256; ++i) {
+    b = phrase_texte(F_FOPEN, "/dev/null r");
+    appelle(b);
+    ASSERT_EQ(valeurs(b)[0], static_cast<float>(i));
+  }
+  b = phrase_texte(F_FOPEN, "/dev/null r");
+  appelle(b, &s);
+  EXPECT_EQ(s, "TROP DE FICHIERS OUVERTS 256\a\n");
+  EXPECT_EQ(valeurs(b), (std::vector<float>{-1}));
+}
