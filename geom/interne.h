@@ -1,5 +1,7 @@
 // Private helpers of the geometry folder.
 #pragma once
+#include <new>
+
 #include "geom/geom.h"
 
 // The object, then message (0, n); gives -1.
@@ -24,6 +26,33 @@ constexpr mot CLE_AFFICHE[] = {1, B_AFFICHE, 1, B_SOM};
 constexpr mot CLE_MATRICE[] = {0, A_MATRICE};
 constexpr mot CLE_POIDS[] = {1, B_POIDS, 1, B_SOMMET};
 constexpr mot CLE_BORNES[] = {1, B_BORNES};
+
+// A table built from the checked faces of a volume of nb vertices by
+// `recherche(fac)`; null after a reported failure (bad faces, no memory).
+template <class R>
+mot* table_des_faces(Objet* o, int nb, R recherche) {
+  mot* fac = vol_fac(o);
+  if (fac && fac_verifie(fac, nb)) return nullptr;
+  try {
+    return recherche(fac);
+  } catch (const std::bad_alloc&) {
+    erreur_memoire(nb, 8);
+    return nullptr;
+  }
+}
+
+// Keeps a freshly built table t as the volume's attribute of that key,
+// marked valid, and releases t. The attribute's header, or null.
+inline mot* garde_table(Objet* o, int n, const mot* cle, mot* t) {
+  if (!t) return nullptr;
+  mot* a = attribut_prepare(o, n, cle, t[0]);
+  if (a) {
+    bloc_copie(valeur_de(a), t);
+    a[1] = 1;
+  }
+  bloc_libere(t);
+  return a;
+}
 
 // A value Bloc header.
 inline void entete(mot* b, mot lg, mot tag, mot nl, mot nc) {

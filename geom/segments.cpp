@@ -58,26 +58,10 @@ mot* generer_segment_vol(Objet* o, int imprimer, int ferme, int force) {
   mot* a = vol_attribut(o, 1, CLE_SEGMENT);
   mot* v = valeur_de(a);
   if (a && a[1] != 0 && !force && v[1] == BLOC_ENTIER && v[3] == 2) return v;
-  mot* t;
-  if (force != 2 && forme_segments_grille(vol_forme(o)) && grille_utilisable(o, nb)) {
-    t = generer_segment(vol_nx(o), vol_ny(o), vol_nz(o), vol_ferme(o));
-  } else {
-    mot* fac = vol_fac(o);
-    if (fac && fac_verifie(fac, nb)) return nullptr;
-    try {
-      t = segments_faces(fac, ferme);
-    } catch (const std::bad_alloc&) {
-      erreur_memoire(nb, 8);
-      return nullptr;
-    }
-  }
-  if (!t) return nullptr;
-  a = attribut_prepare(o, 1, CLE_SEGMENT, t[0]);
-  if (a) {
-    bloc_copie(valeur_de(a), t);
-    a[1] = 1;
-  }
-  bloc_libere(t);
+  mot* t = force != 2 && forme_segments_grille(vol_forme(o)) && grille_utilisable(o, nb)
+               ? generer_segment(vol_nx(o), vol_ny(o), vol_nz(o), vol_ferme(o))
+               : table_des_faces(o, nb, [&](mot* fac) { return segments_faces(fac, ferme); });
+  a = garde_table(o, 1, CLE_SEGMENT, t);
   if (!a) return nullptr;
   if (imprimer) {
     std::putchar('+');

@@ -5,19 +5,11 @@
 #include <cmath>
 
 #include "geom/geom.h"
+#include "geom/newell.h"
 
 void normer(const float* in, float* out) {
-  double x = in[0], y = in[1], z = in[2];
-  double l2 = x * x + y * y + z * z;
-  if (l2 > SEUIL_NORME) {
-    double l = std::sqrt(l2);
-    x /= l;
-    y /= l;
-    z /= l;
-  }
-  out[0] = static_cast<float>(x);
-  out[1] = static_cast<float>(y);
-  out[2] = static_cast<float>(z);
+  const double v[3] = {in[0], in[1], in[2]};
+  normer_d(v, out);
 }
 
 double dist2(const float* a, const float* b) {

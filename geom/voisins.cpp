@@ -59,25 +59,9 @@ mot* gen_voisin_fac_som(Objet* o, int force) {
   mot* a = vol_attribut(o, 3, CLE_VOISIN);
   mot* v = valeur_de(a);
   if (a && a[1] != 0 && force == 0 && v[1] == BLOC_ENTIER && v[2] == nb) return v;
-  mot* t;
-  if (force != 2 && grille_utilisable(o, nb) && vol_nz(o) == 0) {
-    t = gen_voisin_grille(vol_nx(o), vol_ny(o), vol_ferme(o));
-  } else {
-    mot* fac = vol_fac(o);
-    if (fac && fac_verifie(fac, nb)) return nullptr;
-    try {
-      t = voisins_recherche(fac, nb);
-    } catch (const std::bad_alloc&) {
-      erreur_memoire(nb, 8);
-      return nullptr;
-    }
-  }
-  if (!t) return nullptr;
-  a = attribut_prepare(o, 3, CLE_VOISIN, t[0]);
-  if (a) {
-    bloc_copie(valeur_de(a), t);
-    a[1] = 1;
-  }
-  bloc_libere(t);
+  mot* t = force != 2 && grille_utilisable(o, nb) && vol_nz(o) == 0
+               ? gen_voisin_grille(vol_nx(o), vol_ny(o), vol_ferme(o))
+               : table_des_faces(o, nb, [&](mot* fac) { return voisins_recherche(fac, nb); });
+  a = garde_table(o, 3, CLE_VOISIN, t);
   return valeur_de(a);
 }
