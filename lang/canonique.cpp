@@ -127,6 +127,35 @@ int nom_simple(Canon& k, const char* d, const char* f) {
 
 // The inside of a bracket, up to and with whatever closing bracket comes:
 // pass 2 checks that the brackets match.
+// Tokens read alike among statements and inside a group: line marks, name
+// fields, strings, vectors, directives, numbers and prefix ++/--. True when
+// the cursor stood on one of them; *r below 0 after a failure.
+bool jeton_commun(Canon& k, int* r) {
+  const char* p = k.p;
+  char ch = *p;
+  *r = 0;
+  if (ch == MARQUE_LIGNE) {
+    copie_marque(k);
+  } else if (ch == MARQUE_NOM) {
+    const char* f = saute_champ(p);
+    met_n(k.o, p, f - p);
+    k.p = f;
+  } else if (ch == '"') {
+    *r = chaine(k);
+  } else if (ch == '\'') {
+    vecteur(k);
+  } else if (ch == '#') {
+    while (*k.p && *k.p != MARQUE_LIGNE) ++k.p;
+  } else if (debut_nombre(p)) {
+    nombre(k);
+  } else {
+    bool fait = false;
+    *r = prefixe(k, &fait);
+    return *r < 0 || fait;
+  }
+  return true;
+}
+
 int groupe(Canon& k) {
   if (++k.niveau > IMBRICATION_MAX) {
     message(0, M_LONG);
@@ -146,26 +175,11 @@ int groupe(Canon& k) {
       return 0;
     }
     int r = 0;
-    bool fait = false;
-    if (ch == MARQUE_LIGNE) {
-      copie_marque(k);
-    } else if (ch == MARQUE_NOM) {
-      const char* f = saute_champ(p);
-      met_n(k.o, p, f - p);
-      k.p = f;
-    } else if (ch == '"') {
-      r = chaine(k);
-    } else if (ch == '\'') {
-      vecteur(k);
-    } else if (ch == '#') {
-      while (*k.p && *k.p != MARQUE_LIGNE) ++k.p;
-    } else if (ch == '(' || ch == '[' || ch == '{') {
+    if (ch == '(' || ch == '[' || ch == '{') {
       met(k.o, ch);
       ++k.p;
       r = groupe(k);
-    } else if (debut_nombre(p)) {
-      nombre(k);
-    } else if ((r = prefixe(k, &fait)) < 0 || fait) {
+    } else if (jeton_commun(k, &r)) {
     } else if (debut_nom(p)) {
       const char* f = fin_nom_texte(p);
       k.p = f;
@@ -375,20 +389,7 @@ int instructions(Canon& k, char fermant) {
     if (ch == 0) break;
     if (ch == '}' && fermant == '}') break;
     int r = 0;
-    bool fait = false;
-    if (ch == MARQUE_LIGNE) {
-      copie_marque(k);
-    } else if (ch == MARQUE_NOM) {
-      const char* f = saute_champ(p);
-      met_n(k.o, p, f - p);
-      k.p = f;
-    } else if (ch == '"') {
-      r = chaine(k);
-    } else if (ch == '\'') {
-      vecteur(k);
-    } else if (ch == '#') {
-      while (*k.p && *k.p != MARQUE_LIGNE) ++k.p;
-    } else if (ch == ';') {
+    if (ch == ';') {
       // One ";" for a run of them; one blank kept, line marks kept.
       met(k.o, ';');
       ++k.p;
@@ -418,9 +419,7 @@ int instructions(Canon& k, char fermant) {
       met(k.o, ch);
       ++k.p;
       r = groupe(k);
-    } else if (debut_nombre(p)) {
-      nombre(k);
-    } else if ((r = prefixe(k, &fait)) < 0 || fait) {
+    } else if (jeton_commun(k, &r)) {
     } else if (debut_nom(p)) {
       const char* f = fin_nom_texte(p);
       k.p = f;
