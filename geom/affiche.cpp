@@ -6,15 +6,8 @@
 
 mot* gen_som_affiche(Objet* o, int force) {
   int n, d;
-  reel* s = vol_som(o, &n, &d);
-  if (!est_volume(o)) {
-    geom_erreur(o, MES_USAGE);
-    return nullptr;
-  }
-  if (!s) {
-    geom_erreur_valeur(o->numero, MES_NUL);
-    return nullptr;
-  }
+  reel* s = som_requis(o, &n, &d);
+  if (!s) return nullptr;
   mot* a = vol_attribut(o, 2, CLE_AFFICHE);
   mot* v = valeur_de(a);
   if (a && a[1] != 0 && !force && v[1] == BLOC_REEL && v[2] == n && v[3] == d) return a;

@@ -40,15 +40,8 @@ mot* centre(Objet* o, int paires, const mot* cle, const reel* som, int n, int d,
 
 mot* gen_centre(Objet* o, int force) {
   int n, d;
-  reel* s = vol_som(o, &n, &d);
-  if (!est_volume(o)) {
-    geom_erreur(o, MES_USAGE);
-    return nullptr;
-  }
-  if (!s) {
-    geom_erreur_valeur(o->numero, MES_NUL);
-    return nullptr;
-  }
+  reel* s = som_requis(o, &n, &d);
+  if (!s) return nullptr;
   return centre(o, 1, CLE_CENTRE, s, n, d, force);
 }
 

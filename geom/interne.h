@@ -9,6 +9,10 @@ int geom_erreur(const Objet* o, int n);
 // "%d: " with the value, then message (0, n); gives -1.
 int geom_erreur_valeur(long v, int n);
 
+// Vertices of a volume that must have some: null after message 14 (not a
+// volume) or 22 (no vertices).
+reel* som_requis(Objet* o, int* nb, int* d);
+
 // Keys.
 constexpr mot CLE_SOM[] = {1, B_SOM};
 constexpr mot CLE_FAC[] = {1, B_FAC};

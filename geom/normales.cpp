@@ -16,17 +16,6 @@ constexpr int MAX_FACES_SOMMET = 100;
 std::vector<double> sommes;
 std::vector<int> comptes;
 
-// Vertices of a volume that must have some; null after the report.
-reel* som_requis(Objet* o, int* nb, int* d) {
-  if (!est_volume(o)) {
-    geom_erreur(o, MES_USAGE);
-    return nullptr;
-  }
-  reel* s = vol_som(o, nb, d);
-  if (!s) geom_erreur_valeur(o->numero, MES_NUL);
-  return s;
-}
-
 inline int grossier(int n, int p) { return n <= 0 ? 0 : std::max(1, n / p); }
 
 bool en_cache(const mot* a, int force, int nl, int nc) {

@@ -46,15 +46,8 @@ mot* segments_faces(const mot* fac, int ferme) {
 }  // namespace
 
 mot* generer_segment_vol(Objet* o, int imprimer, int ferme, int force) {
-  if (!est_volume(o)) {
-    geom_erreur(o, MES_USAGE);
-    return nullptr;
-  }
   int nb, d;
-  if (!vol_som(o, &nb, &d)) {
-    geom_erreur_valeur(o->numero, MES_NUL);
-    return nullptr;
-  }
+  if (!som_requis(o, &nb, &d)) return nullptr;
   mot* a = vol_attribut(o, 1, CLE_SEGMENT);
   mot* v = valeur_de(a);
   if (a && a[1] != 0 && !force && v[1] == BLOC_ENTIER && v[3] == 2) return v;

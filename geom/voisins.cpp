@@ -47,15 +47,8 @@ mot* voisins_recherche(const mot* fac, int nb) {
 }  // namespace
 
 mot* gen_voisin_fac_som(Objet* o, int force) {
-  if (!est_volume(o)) {
-    geom_erreur(o, MES_USAGE);
-    return nullptr;
-  }
   int nb, d;
-  if (!vol_som(o, &nb, &d)) {
-    geom_erreur_valeur(o->numero, MES_NUL);
-    return nullptr;
-  }
+  if (!som_requis(o, &nb, &d)) return nullptr;
   mot* a = vol_attribut(o, 3, CLE_VOISIN);
   mot* v = valeur_de(a);
   if (a && a[1] != 0 && force == 0 && v[1] == BLOC_ENTIER && v[2] == nb) return v;

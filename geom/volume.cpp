@@ -218,3 +218,14 @@ void vol_fac_change(Objet* o) {
   attribut_supprime(o, 1, CLE_SEGMENT);
   invalider_vol(o, 0);
 }
+
+// Vertices of a volume that must have some; null after the report.
+reel* som_requis(Objet* o, int* nb, int* d) {
+  if (!est_volume(o)) {
+    geom_erreur(o, MES_USAGE);
+    return nullptr;
+  }
+  reel* s = vol_som(o, nb, d);
+  if (!s) geom_erreur_valeur(o->numero, MES_NUL);
+  return s;
+}
