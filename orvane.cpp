@@ -1,13 +1,19 @@
-// The executable: start-up, then the top level of the shell for ever. The
-// end of the console's input ends the program with status 0; a restart
-// from the interruption menu comes back here by return codes.
+// The executable: start-up, then the window's event loop or the top level
+// of the shell for ever. The end of the console's input ends the program
+// with status 0; a restart from the interruption menu comes back here by
+// return codes.
+#include "display/display.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
 
 int main(int argc, char** argv) {
+  fenetre_enregistre();
   demarrer(argc, argv);
   interruption_installe();
   interp_init();
+  // With graphics on the window's event loop runs the shell; it comes back
+  // only when no window could be opened or the window was closed.
+  if (dem.graphique && entree_fenetre) entree_fenetre();
   for (;;) {
     reprise_demandee = 0;
     shell_inactif();

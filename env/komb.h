@@ -22,7 +22,7 @@
 0 1 0 0 0,0,0
 |2: attr Attributs
 0 0 0 0 0
-|3: ?3
+|3: curseur Curseur
 0 0 0 0 .
 |4: vol volume Volume
 0 1 0 0 .
@@ -218,9 +218,9 @@
 0 0 0 0 .
 |100: rappel Rappel
 0 0 0 0 .
-|101: ?101
+|101: fond_ecran Fond_ecran
 0 0 0 0 .
-|102: ?102
+|102: pixel_fenetre Pixel_fenetre
 0 0 0 0 .
 |103: tirer Tirer_grille
 0 0 0 0 .
@@ -284,7 +284,7 @@
 0 1 0 0 .
 |133: boule Boule
 0 0 0 0 .
-|134: ?134
+|134: fen Fenetre_graphique
 0 0 0 0 .
 |135: maille Maille
 0 0 0 0 .

@@ -5,8 +5,8 @@
  */
 |0:?\n
 |1:couleurs\n
-|2:?\n
-|3:?\n
+|2:Pas d'ecran graphique (DISPLAY): la console seule\n
+|3:Fenetre fermee: la console seule\n
 |4:?\n
 |5:?\n
 |6:?\n

@@ -91,7 +91,14 @@ constexpr Table table_b = [] {
   pose(t, {B_AJUST}, ou_attribut<ajust_commande>);
   return t;
 }();
+// Handlers registered at run time, asked first.
+Gestionnaire enregistres[2][NB_ORDINAUX] = {};
 }  // namespace
+
+void commande_enregistre(int env, int ordinal, Gestionnaire_externe g) {
+  if (env < 0 || env > 1 || ordinal < 0 || ordinal >= NB_ORDINAUX) return;
+  enregistres[env][ordinal] = g;
+}
 
 int non_implemente(mot* bloc, mot*, const mot*) {
   mot* e = premier_element(bloc);
@@ -126,6 +133,10 @@ int commande(mot* bloc, const mot* limite, mot* valeur) {
   mot* e = premier_element(bloc);
   int env = e[1], ord = e[2];
   if (ord < 0 || ord >= NB_ORDINAUX) return attribut(bloc, valeur, limite);
+  if ((env == 0 || env == 1) && enregistres[env][ord]) {
+    int r = enregistres[env][ord](bloc, valeur, limite);
+    if (r != COMMANDE_SUITE) return r;
+  }
   switch (env) {
     case -1: return attribut(bloc, valeur, limite);
     case 0: return table_a[ord](bloc, valeur, limite);

@@ -122,6 +122,12 @@ int executer_texte(const char* texte);
 // what no handler claims reads or writes an attribute. `valeur` is the value
 // of an assignment `phrase = v`, null for a read.
 int commande(mot* phrase, const mot* limite, mot* valeur);
+// Folders above this one (the window's, ...) give their handlers at run
+// time: a registered handler is asked before the table's own, and may hand
+// the phrase on to it by returning COMMANDE_SUITE. A null handler removes.
+using Gestionnaire_externe = int (*)(mot* bloc, mot* valeur, const mot* limite);
+constexpr int COMMANDE_SUITE = 0x40000000;
+void commande_enregistre(int env, int ordinal, Gestionnaire_externe g);
 // The built-in functions: a one-element phrase, its value written in place.
 // 0, -1, -12, or above 0 when the phrase is a command.
 int fonction_interne(mot* bloc, const mot* limite);

@@ -48,6 +48,15 @@ char tampon[4096];
 int t_pos = 0, t_fin = 0;
 
 bool trop_long = false;
+bool fin_vue = false;  // the input ended; a read will say so
+
+// Moves what is left of the buffer to its start, to make room behind it.
+void tasse() {
+  if (t_pos == 0) return;
+  std::memmove(tampon, tampon + t_pos, static_cast<std::size_t>(t_fin - t_pos));
+  t_fin -= t_pos;
+  t_pos = 0;
+}
 
 bool lit_brut(char* buf, int taille, int* n) {
   *n = 0;
@@ -154,6 +163,34 @@ int console_lit(char* buf, int taille, bool* reprise) {
   }
 }
 
+bool console_ligne_prete() {
+  for (;;) {
+    if (std::memchr(tampon + t_pos, '\n', static_cast<std::size_t>(t_fin - t_pos))) return true;
+    if (fin_vue) return true;
+    tasse();
+    // A line longer than the buffer: the reader takes it whole, and
+    // reports it as too long.
+    if (t_fin == static_cast<int>(sizeof tampon)) return true;
+    if (lecture_console.editeur) return false;  // its lines come queued
+    pollfd f{STDIN_FILENO, POLLIN, 0};
+    if (poll(&f, 1, 0) <= 0) return false;
+    ssize_t r = read(STDIN_FILENO, tampon + t_fin, sizeof tampon - static_cast<std::size_t>(t_fin));
+    if (r < 0) return false;
+    if (r == 0) fin_vue = true;
+    t_fin += static_cast<int>(r);
+  }
+}
+
+void console_injecte(const char* ligne) {
+  tasse();
+  std::size_t n = std::strlen(ligne);
+  std::size_t place = sizeof tampon - static_cast<std::size_t>(t_fin) - 1;
+  if (n > place) n = place;
+  std::memcpy(tampon + t_fin, ligne, n);
+  t_fin += static_cast<int>(n);
+  tampon[t_fin++] = '\n';
+}
+
 int pause_page(int c) {
   message(0, 78);
   char buf[256];
@@ -162,3 +199,4 @@ int pause_page(int c) {
   int r = static_cast<unsigned char>(buf[n > 1 ? n - 1 : 0]);
   return r == c ? 0 : r;
 }
+void (*entree_fenetre)() = nullptr;

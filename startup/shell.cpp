@@ -112,6 +112,12 @@ void rappel_empilement() {
   }
 }
 
+}  // namespace
+
+void invite_rappel() { rappel_empilement(); }
+LectureConsole lecture_console;
+
+namespace {
 struct Transitoire {
   Objet* objet = nullptr;
   mot* ligne = nullptr;
@@ -232,11 +238,18 @@ int shell(int niveau, int prompt, mot* pile, int boucle) {
   }
   int sortie = 0;
   bool ajoutee = false, rappel = false;
+  // The idle step's own call reads without waiting; the calls that its
+  // line makes (a pause, a question) wait as at the console.
+  bool dehors = lecture_console.non_bloquante;
+  lecture_console.non_bloquante = false;
   for (;;) {
-    if (prompt) message(0, prompt);
-    else {
-      rappel_empilement();
-      message(0, M_PROMPT);
+    if (dehors && !console_ligne_prete()) break;
+    if (!(dehors && lecture_console.editeur)) {
+      if (prompt) message(0, prompt);
+      else {
+        rappel_empilement();
+        message(0, M_PROMPT);
+      }
     }
     char* s = bloc_texte(t.ligne);
     s[0] = '{';
@@ -352,18 +365,22 @@ int histoire(int mode, mot* args) {
   return 0;
 }
 
-void shell_inactif() {
+bool listes_inactif() {
   if (!sh.lancement_fait) {
     sh.lancement_fait = true;
     if (!dem.fonction_lancement.empty()) {
       std::size_t i = 0;
       lance(mot_suivant(dem.fonction_lancement, i));
-      return;
+      return true;
     }
   }
   if (!dem.fonction_boucle.empty()) {
     lance(mot_suivant(dem.fonction_boucle, sh.mot_boucle));
-    return;
+    return true;
   }
-  shell(1, 0, piles.eva_base, 0);
+  return false;
+}
+
+void shell_inactif() {
+  if (!listes_inactif()) shell(1, 0, piles.eva_base, 0);
 }

@@ -151,3 +151,30 @@ int histoire(int mode, mot* args);
 // one line of the shell.
 void shell_inactif();
 int pause_page(int c);
+
+// ---- the window's road ---------------------------------------------------------
+// The window's folder sits above this one, so it offers its entry here when
+// it is linked in: the graphic road of the entry, which returns only when no
+// window can be opened.
+extern void (*entree_fenetre)();
+// How a shell call made by the window's idle step reads: `non_bloquante`,
+// set just before the call and taken back by it, makes it leave (result 0)
+// when no whole line waits, rather than wait; `editeur` says that a line
+// editor owns the terminal: it shows that call's prompt and queues whole
+// lines, and the call reads only those. Calls made inside a running line
+// wait as at the console.
+struct LectureConsole {
+  bool non_bloquante = false;
+  bool editeur = false;
+};
+extern LectureConsole lecture_console;
+// True when a whole line, or the end of the input, waits in the console's
+// buffer; reads what is there without waiting.
+bool console_ligne_prete();
+// Queues a line collected by a line editor, as if it had been read.
+void console_injecte(const char* ligne);
+// The command stack's reminder that the standard prompt shows.
+void invite_rappel();
+// The launch text once, then the loop text at every call; false when
+// neither ran, so that the caller gives its turn to the shell.
+bool listes_inactif();

@@ -1,0 +1,221 @@
+// The language's side of the window: the background, a pixel read back,
+// the cursor, the window's size and re-opening, the mouse and its tool,
+// and the keyboard buffer with its key table. Registered with the command
+// dispatch when the window opens, so that without a window the language is
+// what it was.
+#include <GL/freeglut.h>
+
+#include <cstring>
+#include <string>
+
+#include "core/message.h"
+#include "core/objet.h"
+#include "display/display.h"
+#include "display/interne.h"
+#include "interp/interp.h"
+#include "startup/startup.h"
+
+namespace {
+constexpr int A_CLE = 56;
+constexpr int B_CURSEUR = 3, B_SOU = 16, B_FOND_ECRAN = 101, B_PIXEL = 102, B_FEN = 134;
+constexpr int M_TYPE = 81, M_INDICE = 66;
+constexpr int M_SANS_FENETRE = 95;  // env 1
+
+mot* premier(mot* bloc) { return bloc + 4; }
+// The value given to the first element, or the assigned one; null if none.
+const mot* valeur_de(mot* bloc, const mot* valeur) {
+  mot* e = premier(bloc);
+  const mot* v = e[0] > 3 ? e + 3 : valeur;
+  if (v && v[0] >= 4 && v[1] == BLOC_NIL) return nullptr;
+  return v;
+}
+
+// Up to `max` numbers of a value (a float or integer Bloc, or a scalar
+// pair); -1 when it holds something else.
+int nombres(const mot* v, float* x, int max) {
+  if (!v) return 0;
+  if (v[0] == BLOC_REEL) {
+    x[0] = lit_reel(v + 1);
+    return 1;
+  }
+  if (v[0] == BLOC_ENTIER) {
+    x[0] = static_cast<float>(v[1]);
+    return 1;
+  }
+  if (v[0] < 4 || (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER)) return -1;
+  int n = static_cast<int>(v[0] - 4);
+  if (n > max) n = max;
+  for (int k = 0; k < n; ++k) x[k] = v[1] == BLOC_REEL ? lit_reel(v + 4 + k) : static_cast<float>(v[4 + k]);
+  return n;
+}
+
+const char* chaine(const mot* v) {
+  return v && v[0] >= 5 && v[1] == BLOC_CHAINE ? reinterpret_cast<const char*>(v + 4) : nullptr;
+}
+
+int refuse(int ord) {
+  mot_imprime(1, ord);
+  message(0, M_TYPE);
+  return ECHEC;
+}
+
+int sans_fenetre() {
+  message(1, M_SANS_FENETRE);
+  return ECHEC;
+}
+
+int rend_reels(mot* bloc, const mot* limite, const float* x, int n) {
+  if (limite - bloc < 5 + n) return PILE_PLEINE;
+  bloc[0] = 4 + n;
+  bloc[1] = BLOC_REEL;
+  bloc[2] = n;
+  bloc[3] = 1;
+  for (int k = 0; k < n; ++k) ecrit_reel(bloc + 4 + k, x[k]);
+  return 0;
+}
+
+int rend_chaine(mot* bloc, const mot* limite, const char* s, std::size_t lg) {
+  mot l = long_chaine(lg);
+  if (bloc + l >= limite) return PILE_PLEINE;
+  std::memmove(bloc + 4, s, lg);
+  reinterpret_cast<char*>(bloc + 4)[lg] = 0;
+  bloc[0] = l;
+  bloc[1] = BLOC_CHAINE;
+  bloc[2] = 1;
+  bloc[3] = static_cast<mot>(lg ? lg : 1);
+  return 0;
+}
+
+int rien(mot* bloc) {
+  bloc[0] = 0;
+  return 0;
+}
+
+// fond_ecran(r, g, b): the window cleared with that colour, components from
+// 0 to 1.
+int cmd_fond(mot* bloc, mot* valeur, const mot*) {
+  float c[3] = {0, 0, 0};
+  int n = nombres(valeur_de(bloc, valeur), c, 3);
+  if (n < 0) return refuse(B_FOND_ECRAN);
+  if (fen.fenetre < 1) return sans_fenetre();
+  fond_ecran(c[0], c[1], c[2]);
+  return rien(bloc);
+}
+
+// pixel_fenetre(x, y): red, green, blue (0 to 255) of the window at x, y
+// from the left, bottom.
+int cmd_pixel(mot* bloc, mot* valeur, const mot* limite) {
+  float p[2] = {0, 0};
+  int n = nombres(valeur_de(bloc, valeur), p, 2);
+  if (n < 0) return refuse(B_PIXEL);
+  if (fen.fenetre < 1) return sans_fenetre();
+  int x = static_cast<int>(p[0]), y = static_cast<int>(p[1]);
+  if (x < 0 || y < 0 || x >= fen.dimx || y >= fen.dimy) {
+    message(0, M_INDICE);
+    return ECHEC;
+  }
+  unsigned char rgba[4] = {};
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, rgba);
+  float r[3] = {static_cast<float>(rgba[0]), static_cast<float>(rgba[1]), static_cast<float>(rgba[2])};
+  return rend_reels(bloc, limite, r, 3);
+}
+
+// curseur(v): the pointer shown (v not 0) or hidden.
+int cmd_curseur(mot* bloc, mot* valeur, const mot*) {
+  float v = 1;
+  if (nombres(valeur_de(bloc, valeur), &v, 1) < 0) return refuse(B_CURSEUR);
+  fen.curseur = v != 0;
+  if (fen.fenetre > 0) glutSetCursor(fen.curseur ? GLUT_CURSOR_INHERIT : GLUT_CURSOR_NONE);
+  return rien(bloc);
+}
+
+// fen alone: width, height, mode, idle steps run. fen(w, h) asks the window
+// for that size; fen(0) opens it again.
+int cmd_fen(mot* bloc, mot* valeur, const mot* limite) {
+  float p[2] = {0, 0};
+  int n = nombres(valeur_de(bloc, valeur), p, 2);
+  if (n < 0) return refuse(B_FEN);
+  if (n == 0) {
+    float r[4] = {static_cast<float>(fen.dimx), static_cast<float>(fen.dimy),
+                  static_cast<float>(fen.mode_interactif), static_cast<float>(fen.images)};
+    return rend_reels(bloc, limite, r, 4);
+  }
+  if (n == 1 && p[0] == 0) {
+    fenetre_rouvrir();
+    return rien(bloc);
+  }
+  if (fen.fenetre < 1) return sans_fenetre();
+  int w = static_cast<int>(p[0]), h = n > 1 ? static_cast<int>(p[1]) : fen.dimy;
+  // The window system refuses an empty window: such a size goes straight
+  // to the reshape, which warns and keeps the old one.
+  if (w < 1 || h < 1) Reshape_Func(w, h);
+  else glutReshapeWindow(w, h);
+  return rien(bloc);
+}
+
+// sou alone: x, y, z, button, pressed, speed x y z, acceleration x y z.
+// sou(1) gives the events to the mouse tool, sou("f") too with f run at
+// each of its frames; sou(0) gives them back to the shell.
+int cmd_sou(mot* bloc, mot* valeur, const mot* limite) {
+  const mot* v = valeur_de(bloc, valeur);
+  if (const char* f = chaine(v)) {
+    if (fen.fenetre < 1) return sans_fenetre();
+    outil_souris_entre(f);
+    return rien(bloc);
+  }
+  float p = 0;
+  int n = nombres(v, &p, 1);
+  if (n < 0) return refuse(B_SOU);
+  if (n == 0) {
+    float r[11] = {static_cast<float>(fen.souris_x), static_cast<float>(fen.souris_y),
+                   static_cast<float>(fen.souris_z), static_cast<float>(fen.bouton),
+                   static_cast<float>(fen.appuye), fen.vitesse[0], fen.vitesse[1], fen.vitesse[2],
+                   fen.accel[0], fen.accel[1], fen.accel[2]};
+    return rend_reels(bloc, limite, r, 11);
+  }
+  if (p == 0) {
+    if (fen.mode_interactif == 16 || fen.mode_interactif == -16) outil_souris_sort();
+    return rien(bloc);
+  }
+  if (fen.fenetre < 1) return sans_fenetre();
+  outil_souris_entre("");
+  return rien(bloc);
+}
+
+// cle alone: the key typed last, or the line typed after "<". cle("f",
+// "nom") binds the name to the function f. Numbers go to the built-in.
+int cmd_cle(mot* bloc, mot* valeur, const mot* limite) {
+  if (bloc[2] != 1) return COMMANDE_SUITE;
+  const mot* v = valeur_de(bloc, valeur);
+  if (!v) {
+    char t[CLAVIER_MAX + 2];
+    int n = clavier_lire(t, sizeof t);
+    return rend_chaine(bloc, limite, t, static_cast<std::size_t>(n));
+  }
+  if (v[0] < 4 || v[1] != BLOC_LISTE) return COMMANDE_SUITE;
+  const mot* e = v + 4;
+  const char* f = v[2] >= 1 ? chaine(e) : nullptr;
+  const char* nom = f && v[2] >= 2 ? chaine(e + e[0]) : nullptr;
+  if (!f || !nom || !*f || !*nom || std::strlen(nom) > 24) {
+    mot_imprime(0, A_CLE);
+    message(0, M_TYPE);
+    return ECHEC;
+  }
+  if (touche_lie(nom, f) < 0) {
+    message(0, MES_DEBORDEMENT);
+    return ECHEC;
+  }
+  return rien(bloc);
+}
+}  // namespace
+
+void commandes_fenetre_enregistre() {
+  commande_enregistre(1, B_FOND_ECRAN, cmd_fond);
+  commande_enregistre(1, B_PIXEL, cmd_pixel);
+  commande_enregistre(1, B_CURSEUR, cmd_curseur);
+  commande_enregistre(1, B_FEN, cmd_fen);
+  commande_enregistre(1, B_SOU, cmd_sou);
+  commande_enregistre(0, A_CLE, cmd_cle);
+  outil_souris_enregistre();
+}

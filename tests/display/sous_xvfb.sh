@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Runs a command with DISPLAY on an Xvfb server of its own, which it stops
+# afterwards. The server picks a free display number itself (-displayfd),
+# so that runs in parallel never meet.
+set -u
+dossier=$(mktemp -d)
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$dossier/num" 2>/dev/null &
+serveur=$!
+for _ in $(seq 1 200); do
+  [ -s "$dossier/num" ] && break
+  sleep 0.02
+done
+if [ ! -s "$dossier/num" ]; then
+  echo "Xvfb n'a pas demarre" >&2
+  kill "$serveur" 2>/dev/null
+  rm -rf "$dossier"
+  exit 1
+fi
+export DISPLAY=":$(head -n1 "$dossier/num")"
+"$@"
+code=$?
+kill "$serveur" 2>/dev/null
+wait "$serveur" 2>/dev/null
+rm -rf "$dossier"
+exit $code
