@@ -5,6 +5,7 @@
 // what it was.
 #include <GL/freeglut.h>
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -183,8 +184,10 @@ int cmd_sou(mot* bloc, mot* valeur, const mot* limite) {
   return rien(bloc);
 }
 
-// cle alone: the key typed last, or the line typed after "<". cle("f",
-// "nom") binds the name to the function f. Numbers go to the built-in.
+// cle alone: the key typed last, or the line typed after "<". cle("f nom")
+// binds the name to the function f (two strings side by side would make
+// one, so the pair is one text, function first). Numbers go to the
+// built-in.
 int cmd_cle(mot* bloc, mot* valeur, const mot* limite) {
   if (bloc[2] != 1) return COMMANDE_SUITE;
   const mot* v = valeur_de(bloc, valeur);
@@ -193,16 +196,21 @@ int cmd_cle(mot* bloc, mot* valeur, const mot* limite) {
     int n = clavier_lire(t, sizeof t);
     return rend_chaine(bloc, limite, t, static_cast<std::size_t>(n));
   }
-  if (v[0] < 4 || v[1] != BLOC_LISTE) return COMMANDE_SUITE;
-  const mot* e = v + 4;
-  const char* f = v[2] >= 1 ? chaine(e) : nullptr;
-  const char* nom = f && v[2] >= 2 ? chaine(e + e[0]) : nullptr;
-  if (!f || !nom || !*f || !*nom || std::strlen(nom) > 24) {
+  const char* texte = chaine(v);
+  if (!texte) return COMMANDE_SUITE;
+  std::string f, nom;
+  const char* p = texte + std::strspn(texte, " \t");
+  std::size_t lf = std::strcspn(p, " \t");
+  f.assign(p, lf);
+  p += lf;
+  p += std::strspn(p, " \t");
+  nom.assign(p, std::strcspn(p, " \t"));
+  if (f.empty() || nom.empty() || nom.size() > 24 || f.size() > 60) {
     mot_imprime(0, A_CLE);
     message(0, M_TYPE);
     return ECHEC;
   }
-  if (touche_lie(nom, f) < 0) {
+  if (touche_lie(nom.c_str(), f.c_str()) < 0) {
     message(0, MES_DEBORDEMENT);
     return ECHEC;
   }

@@ -95,6 +95,17 @@ void cree() {
 }
 
 void entree() { fenetre_ouvrir(); }
+
+// An error of the window system (a read past the screen's edge, a size it
+// refuses) is reported and the program goes on; Xlib's own handler would
+// end the process.
+int erreur_x(Display* d, XErrorEvent* e) {
+  char texte[128] = "";
+  XGetErrorText(d, e->error_code, texte, sizeof texte);
+  std::printf("X: %s (%d)\n", texte, e->request_code);
+  std::fflush(stdout);
+  return 0;
+}
 }  // namespace
 
 void outil_enregistre(int mode, const Outil& o) {
@@ -125,6 +136,8 @@ void fenetre_ouvrir() {
   // end the process instead.
   Display* d = XOpenDisplay(nullptr);
   if (!d) {
+    const char* nom = std::getenv("DISPLAY");
+    std::printf("%s: ", nom ? nom : "");
     message(1, M_SANS_ECRAN);
     dem.graphique = false;
     int n = 0;
@@ -132,11 +145,14 @@ void fenetre_ouvrir() {
       if (reel* v = mot_valeur(1, B_GRAPHIQUE, &n); v && n > 0) v[0] = 0;
     return;
   }
-  XCloseDisplay(d);
   int argc = 1;
   char nom[] = "orvane";
   char* argv[] = {nom, nullptr};
   glutInit(&argc, argv);
+  // Closed only now: a server left with no client resets, and would refuse
+  // freeglut's connection for a moment.
+  XCloseDisplay(d);
+  XSetErrorHandler(erreur_x);
   glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_GLUTMAINLOOP_RETURNS);
   fen.glut_pret = true;
   if (fen.dimx < 1 || fen.dimy < 1) {

@@ -4,7 +4,7 @@
 # so that runs in parallel never meet.
 set -u
 dossier=$(mktemp -d)
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$dossier/num" 2>/dev/null &
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$dossier/num" 2>/dev/null &
 serveur=$!
 for _ in $(seq 1 200); do
   [ -s "$dossier/num" ] && break
@@ -17,6 +17,11 @@ if [ ! -s "$dossier/num" ]; then
   exit 1
 fi
 export DISPLAY=":$(head -n1 "$dossier/num")"
+# The number comes a little before the server takes clients.
+for _ in $(seq 1 250); do
+  xdotool getmouselocation >/dev/null 2>&1 && break
+  sleep 0.02
+done
 "$@"
 code=$?
 kill "$serveur" 2>/dev/null

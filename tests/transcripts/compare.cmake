@@ -13,6 +13,8 @@ endif()
 if(NOT DEFINED SCRATCH)
   set(SCRATCH ${SOURCE}/build/tests/transcripts/${nom})
 endif()
+# GRAPHIQUE: the same lines run with the window open (the caller gives a
+# display); only the announcement line may differ.
 file(REMOVE_RECURSE ${SCRATCH})
 file(MAKE_DIRECTORY ${SCRATCH})
 file(CREATE_LINK ${SOURCE}/env ${SCRATCH}/env SYMBOLIC)
@@ -46,6 +48,9 @@ if(EXISTS ${dir}/${nom}.args)
   string(STRIP "${contenu}" contenu)
   separate_arguments(args UNIX_COMMAND "${contenu}")
 endif()
+if(GRAPHIQUE)
+  list(TRANSFORM args REPLACE "^gra=0$" "gra=1")
+endif()
 execute_process(COMMAND ${ORVANE} ${args}
   INPUT_FILE ${ENTREE}
   OUTPUT_VARIABLE sortie
@@ -58,6 +63,14 @@ if(DEFINED REGENERE)
   return()
 endif()
 file(READ ${attendu_fichier} attendu)
+if(GRAPHIQUE)
+  # The announcement's two texts, as the message file gives them.
+  file(STRINGS ${SOURCE}/env/mesb.h avec REGEX "^\\|89:")
+  file(STRINGS ${SOURCE}/env/mesb.h sans REGEX "^\\|95:")
+  string(REGEX REPLACE "^\\|89:(.*)\\\\n$" "\\1" avec "${avec}")
+  string(REGEX REPLACE "^\\|95:(.*)\\\\n$" "\\1" sans "${sans}")
+  string(REPLACE "${avec}\n" "${sans}\n" sortie "${sortie}")
+endif()
 if(NOT code EQUAL 0)
   message(FATAL_ERROR "${nom}: exit status ${code}")
 endif()
