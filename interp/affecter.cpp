@@ -36,10 +36,10 @@ int dimensionne(mot* cible, mot* phrase) {
     return ECHEC;
   }
   const reel* x = reels(arg.donnees);
-  long n = static_cast<long>(x[0]);
+  mot n;
   float v = remplir && arg.n > 1 ? x[1] : 0.0f;
-  if (n < 1 || n > 0x3fffffff) {
-    std::printf("%ld: ", n);
+  if (!reel_entier(x[0], &n, 1, 0x3fffffff)) {
+    std::printf("%g: ", static_cast<double>(x[0]));
     message(0, M_VALEUR);
     return ECHEC;
   }
@@ -108,7 +108,7 @@ int ecrit_vue(mot* vue, mot* valeur) {
     for (long k = 0; k < m; ++k) {
       char* c = static_cast<char*>(mot_vers_ptr(adr[k]));
       if (v.type == BLOC_CHAINE) *c = reinterpret_cast<const char*>(v.donnees)[k];
-      else if (v.type == BLOC_REEL) *c = static_cast<char>(noyau::tronque(reels(v.donnees)[k]));
+      else if (v.type == BLOC_REEL) *c = static_cast<char>(entier_sature(reels(v.donnees)[k]));
     }
     return 0;
   }

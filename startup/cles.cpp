@@ -168,7 +168,7 @@ void applique_graphique(const char* nom, std::string_view v, bool ligne_commande
   else if (std::strcmp(nom, "ale") == 0) ecran.ale = std::atoi(t);
   else if (std::strcmp(nom, "gra") == 0) ecran.gra = std::atoi(t) != 0;
   else if (std::strcmp(nom, "hau") == 0) ecran.hau = std::strtof(t, nullptr);
-  else if (std::strcmp(nom, "lig") == 0) ecran.lig = static_cast<int>(std::strtof(t, nullptr));
+  else if (std::strcmp(nom, "lig") == 0) ecran.lig = entier_sature(std::strtof(t, nullptr));
   else if (std::strcmp(nom, "mac") == 0) {
     std::size_t n = s.size() < 80 ? s.size() : 80;
     std::memcpy(dem.machine2, t, n);
