@@ -154,7 +154,10 @@ void fonctions_modifiees();         // a function was added, changed or deleted
 // Prints one item of a code block; the block is needed to count jump targets.
 void lister_item(const mot* code, const mot* item);
 void lister_code(const Objet* o, int ligne);  // ligne 0: the whole block
-void lister_ligne(const Objet* o, int n);     // name, " %d: " and the source line
+void lister_ligne(const Objet* o, int n);
+// The line of its file where line n of a function's text stands: a file
+// holds several functions, and each text begins where the last one ended.
+int ligne_fichier(const Objet* o, int n);     // name, " %d: " and the source line
 void lister_texte(const char* texte);         // normalised text of pass 1
 
 // ---- function store ------------------------------------------------------------
