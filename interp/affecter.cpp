@@ -162,7 +162,12 @@ int affecter(mot* cible, mot* valeur) {
     piles.eva_haut = valeur + taille_item(valeur);
     r = commande(cible, piles.eva_limite, valeur);
     if (r < 0) return r;
-    remonte(cible, valeur);
+    // A handler that took the value leaves it (or its own result) in place
+    // of the phrase, and may have written over the value's old place while
+    // doing so: only a phrase left unhandled, or a handler that left
+    // nothing, still has the value intact behind it.
+    if (r > 0 || cible[0] == 0) remonte(cible, valeur);
+    else piles.eva_haut = cible + taille_item(cible);
     return 0;
   }
   message(0, M_AFFECTATION);
