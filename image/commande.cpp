@@ -8,6 +8,7 @@
 //   ima(2) lim(10,20)          the colour of pixel (10, 20): r g b, 0 to 255
 //   ima(2) centre(10,20, 255,255,0)    pixel (10, 20) made yellow
 //   ima(5) planche("vue.raw", 1, 16)   a contact sheet of vue0001.raw on
+//   ima(1) vol(2)              the pixels' colours onto volume 2's vertices
 // A destination image other than the window is always made anew, of the
 // destination size; the window keeps its size and takes the copy in its
 // rectangle.
@@ -49,6 +50,7 @@ struct Phrase {
   mot* lit = nullptr;
   mot* ecrit = nullptr;
   mot* planche = nullptr;
+  mot* vol = nullptr;
   mot* autre = nullptr;  // an element with no meaning here
 };
 
@@ -68,6 +70,8 @@ int lit_phrase(mot* bloc, Phrase* p) {
       p->ecrit = e;
     } else if (e[1] == 0 && e[2] == A_PLANCHE) {
       p->planche = e;
+    } else if (e[1] == 1 && e[2] == B_VOL_IMA) {
+      p->vol = e;
     } else if (!p->autre) {
       p->autre = e;
     }
@@ -264,6 +268,13 @@ int ima_commande(mot* bloc, mot* valeur, const mot* limite) {
     int cw = 0, ch = 0;
     if (p.dim && lit_dim(p.dim, &cw, &ch) < 0) return -1;
     int r = ima_planche(a, p.source.numero, cw, ch);
+    if (r >= 0) bloc[0] = 0;
+    return r;
+  }
+  if (p.vol) {
+    Args a;
+    if (!lit_args(p.vol, &a) || !a.nom.empty() || a.x.empty()) return arg_mauvais(p.vol);
+    int r = ima_projette(p.source.numero, a);
     if (r >= 0) bloc[0] = 0;
     return r;
   }
