@@ -45,3 +45,6 @@ int ima_lit_suite(const Args& a, int premier);
 // The image's colours onto the vertices of the volumes listed, in
 // projection.cpp.
 int ima_projette(int image, Args& vols);
+// Where image `image` fits best in the file's picture: x y and the mean
+// difference as value, in cherche.cpp.
+int ima_cherche(mot* bloc, const mot* limite, int image, const std::string& fichier);
