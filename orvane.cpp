@@ -16,6 +16,6 @@ int main(int argc, char** argv) {
   if (dem.graphique && entree_fenetre) entree_fenetre();
   for (;;) {
     reprise_demandee = 0;
-    shell_inactif();
+    shell_console();
   }
 }

@@ -2,6 +2,7 @@
 // few that regroup elements. Each loop over elements is free of tests; the
 // guards (square root, logarithm, division) scan before they compute.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +12,24 @@
 #include "startup/startup.h"
 
 namespace {
+// n! for the whole n from 0 to 34, each rounded once from the exact integer
+// (34! is the last below the largest float, and still fits 128 bits): the
+// float gamma function is already off in the last place at 5!.
+constexpr auto FACTORIELLES = [] {
+  std::array<float, 35> t{};
+  unsigned __int128 f = 1;
+  for (int n = 0; n < 35; ++n) {
+    if (n > 1) f *= static_cast<unsigned>(n);
+    t[n] = static_cast<float>(f);
+  }
+  return t;
+}();
+
+float factorielle(float v) {
+  if (v >= 0 && v <= 34 && v == std::trunc(v)) return FACTORIELLES[entier_sature(v)];
+  return static_cast<float>(std::tgamma(static_cast<double>(v) + 1));
+}
+
 // The result lies at or before the argument in the phrase, so a forward
 // element-wise loop never reads what it has overwritten.
 template <class F>
@@ -89,7 +108,7 @@ int fonction_maths(int ord, mot* bloc, const mot* limite, const Argument& a) {
     case F_FRAC: return applique(bloc, limite, a, [](float v) { return v - std::trunc(v); });
     case F_ETAPE: return applique(bloc, limite, a, [](float v) { return v >= 0 ? 1.f : 0.f; });
     case F_BORNE: return applique(bloc, limite, a, [](float v) { return std::clamp(v, 0.f, 1.f); });
-    case F_FACT: return applique(bloc, limite, a, [](float v) { return std::tgamma(v + 1); });
+    case F_FACT: return applique(bloc, limite, a, factorielle);
     case F_INV: {
       for (long i = 0; i < a.n; ++i)
         if (std::fabs(a.x[i]) < 0.0001f) return erreur(ord, M_DIV);
@@ -107,7 +126,9 @@ int fonction_maths(int ord, mot* bloc, const mot* limite, const Argument& a) {
         return v * static_cast<float>(std::rand() % 32767) / 32767.f;
       });
     case F_GRAINE:
-      std::srand(static_cast<unsigned>(a.x[0]));
+      mot g;
+      if (entier_de(a.x[0], &g) < 0) return -1;
+      std::srand(static_cast<unsigned>(g));  // a negative seed wraps, as a seed may
       return applique(bloc, limite, a, [](float v) { return v; });
 
     case F_SOMME: return resultat_scalaire(bloc, limite, static_cast<float>(somme(a)));
@@ -159,7 +180,8 @@ int fonction_maths(int ord, mot* bloc, const mot* limite, const Argument& a) {
     }
     case F_GENERER: {
       // Every k-th element of what follows the first element k.
-      long k = static_cast<long>(a.x[0]);
+      mot k;
+      if (entier_de(a.x[0], &k) < 0) return -1;
       if (k < 1) return erreur(ord, M_INDICE_F);
       long m = (a.n - 1 + k - 1) / k;
       const reel* x = a.x + 1;
@@ -179,7 +201,8 @@ int fonction_maths(int ord, mot* bloc, const mot* limite, const Argument& a) {
     }
     case F_MATRICE: {
       // The identity matrix of that order.
-      long m = static_cast<long>(a.x[0]);
+      mot m;
+      if (entier_de(a.x[0], &m) < 0) return -1;
       if (m < 1 || m > 4096) return erreur(ord, M_INDICE_F);
       reel* r = resultat_reels(bloc, limite, m * m);
       if (!r) return PILE_PLEINE;

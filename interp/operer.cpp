@@ -7,19 +7,6 @@
 #include "interp/interne.h"
 #include "interp/noyaux.h"
 
-namespace {
-using noyau::tronque;
-
-float tolerance() {
-  static float t = -1;
-  if (t < 0) {
-    int n = 0;
-    reel* v = mot_entree(0, A_OPT) ? mot_defaut(0, A_OPT, &n) : nullptr;
-    t = v && n > 0 ? v[0] : 0.0f;
-  }
-  return t;
-}
-
 // Compound assignment codes to the operator they apply; 0 for the others.
 mot operateur_compose(mot op) {
   switch (op) {
@@ -37,6 +24,19 @@ mot operateur_compose(mot op) {
   }
   return 0;
 }
+
+namespace {
+
+float tolerance() {
+  static float t = -1;
+  if (t < 0) {
+    int n = 0;
+    reel* v = mot_entree(0, A_OPT) ? mot_defaut(0, A_OPT, &n) : nullptr;
+    t = v && n > 0 ? v[0] : 0.0f;
+  }
+  return t;
+}
+
 
 void imprime_operateur(mot op) {
   switch (op) {
@@ -103,7 +103,7 @@ inline bool source_sure(const mot* s, long ns, const mot* dest, long n) {
 int divise_garde(const Valeur& b, bool modulo) {
   const reel* y = reels(b.donnees);
   for (long k = 0; k < b.n; ++k)
-    if ((y[k] > -0.0001f && y[k] < 0.0001f) || (modulo && tronque(y[k]) == 0)) {
+    if ((y[k] > -0.0001f && y[k] < 0.0001f) || (modulo && std::trunc(y[k]) == 0)) {
       message(0, M_DIVISION);
       return ECHEC;
     }
@@ -126,23 +126,23 @@ int calcule(mot op, reel* r, const Valeur& a, const Valeur& b) {
       break;
     case '%':
       if (divise_garde(b, true) < 0) return ECHEC;
-      applique(r, x, na, y, nb, [](float u, float v) {
-        return static_cast<float>(std::int64_t{tronque(u)} % std::int64_t{tronque(v)});
-      });
+      // The remainder of the truncated values, exact for every float
+      // (no integer type holds them all); + 0 makes a -0 remainder plain 0.
+      applique(r, x, na, y, nb, [](float u, float v) { return std::fmod(std::trunc(u), std::trunc(v)) + 0.0f; });
       break;
     case '&':
-      applique(r, x, na, y, nb, [](float u, float v) { return static_cast<float>(tronque(u) & tronque(v)); });
+      applique(r, x, na, y, nb, [](float u, float v) { return static_cast<float>(entier_sature(u) & entier_sature(v)); });
       break;
     case '|':
-      applique(r, x, na, y, nb, [](float u, float v) { return static_cast<float>(tronque(u) | tronque(v)); });
+      applique(r, x, na, y, nb, [](float u, float v) { return static_cast<float>(entier_sature(u) | entier_sature(v)); });
       break;
     case OP_GAUCHE:
       applique(r, x, na, y, nb,
-               [](float u, float v) { return static_cast<float>(tronque(u) << (tronque(v) & 31)); });
+               [](float u, float v) { return static_cast<float>(entier_sature(u) << (entier_sature(v) & 31)); });
       break;
     case OP_DROITE:
       applique(r, x, na, y, nb,
-               [](float u, float v) { return static_cast<float>(tronque(u) >> (tronque(v) & 31)); });
+               [](float u, float v) { return static_cast<float>(entier_sature(u) >> (entier_sature(v) & 31)); });
       break;
     case '<': applique(r, x, na, y, nb, [](float u, float v) { return u < v ? 1.0f : 0.0f; }); break;
     case '>': applique(r, x, na, y, nb, [](float u, float v) { return u > v ? 1.0f : 0.0f; }); break;
@@ -378,7 +378,33 @@ int rend(mot* cible, const Valeur& v, mot* resultat) {
 }
 
 // ---- ++, --, ! ------------------------------------------------------------------
+// ++ and -- on a view of floats (x[1]++, ++x{0}) change the elements it
+// addresses. They change at once, postfix too: a view's addresses hold only
+// while nothing else runs, and nothing does between a postfix and the end
+// of its group, every operator having brackets of its own; the old value
+// is the postfix's result all the same.
+int incremente_vue(mot* g, float pas, int prefixe) {
+  const long n = g[2];
+  const int largeur = g[1] == VAL_VUE3 ? 3 : 1;
+  auto change = [&] {
+    for (long k = 0; k < n; ++k) {
+      reel* x = reels(bloc_pointe(g[4 + k]));
+      for (int c = 0; c < largeur; ++c) x[c] += pas;
+    }
+  };
+  if (prefixe) change();
+  mot* r = piles.eva_haut;
+  int e = materialiser(r, g, piles.eva_limite);
+  if (e < 0) return e;
+  if (!prefixe) change();
+  std::memmove(g, r, static_cast<std::size_t>(r[0]) * sizeof(mot));
+  piles.eva_haut = g + g[0];
+  return 0;
+}
+
 int incremente(mot* g, mot op, int prefixe, Differes* differes) {
+  if (g[0] > 0 && (g[1] == VAL_VUE || g[1] == VAL_VUE3) && g[3] == BLOC_REEL)
+    return incremente_vue(g, op == OP_INCR ? 1.0f : -1.0f, prefixe);
   mot* haut = piles.eva_haut;
   mot* v = lisible(g, &haut);
   if (!v) return interp.code;

@@ -31,12 +31,21 @@ struct Noeud {
   int g = -1, d = -1;  // children
 };
 
+// A step of the writer of a bracketed tree: the node, how many of its
+// children are written, and whether it is the root (written bare).
+struct Tache {
+  int noeud;
+  int etape;
+  bool racine;
+};
+
 // The work areas of one nesting level; reused by the next compilation at
 // that level.
 struct Espace {
   std::vector<mot> code;
   std::vector<mot> sym;
   std::vector<Noeud> noeuds;
+  std::vector<Tache> taches;
 };
 
 // Writes words into [p, fin); past fin nothing is written and the overflow
@@ -148,6 +157,9 @@ mot entree_mot(int env, int ordinal);  // arena word of the record, or 0
 // Offset of the entry of that kind and name in the run, or 0.
 long sym_cherche(Compil& c, mot sorte, const char* nom);
 long sym_cherche_index(Compil& c, mot sorte, mot index);
+// The name the user wrote for a variable or call item of the code being
+// compiled, or null for other items.
+const char* sym_nom_item(Compil& c, const mot* p);
 // Adds an entry, with one or two copies of a value block; its offset, or
 // DEBORDE/-1.
 long sym_ajoute(Compil& c, mot sorte, const char* nom, const mot* valeur, int copies);

@@ -72,11 +72,14 @@ bool fin_de_nom(unsigned char c);
 const char* lit_nom(const char* p, char* dst, int taille);  // null if too long
 
 // ---- start-up state --------------------------------------------------------
+// A path given by a key holds at most 80 characters; its buffer has room
+// for the "/" that start-up adds and the closing NUL.
+constexpr std::size_t LONG_CHEMIN = 80;
 struct Demarrage {
-  char chemin_init[80] = "";
+  char chemin_init[LONG_CHEMIN + 2] = "";
   std::string repertoire;  // directory of the vocabulary files (init file's first line)
-  char chemin_env[80] = "";
-  char chemin_uti[80] = "";
+  char chemin_env[LONG_CHEMIN + 2] = "";
+  char chemin_uti[LONG_CHEMIN + 2] = "";
   char machine[81] = "";
   char machine2[81] = "";
   int code_machine = -1;
@@ -147,9 +150,13 @@ int shell(int niveau, int prompt, mot* pile, int boucle);
 int execute_ligne(const char* texte);
 // The history command: mode 1 runs recalled lines at once (exec n).
 int histoire(int mode, mot* args);
-// One turn of the top level: the launch text once, then the loop text or
-// one line of the shell.
+// One turn of the window's idle routine: the launch text once, then the
+// loop text, in rotation, or one line of the shell.
 void shell_inactif();
+// One turn of the console's top level, when no window runs: at the first
+// turn every word of the launch text once, in order; then one line of the
+// shell. The loop text is the window's and never cycles here.
+void shell_console();
 int pause_page(int c);
 
 // ---- the window's road ---------------------------------------------------------
