@@ -7,6 +7,7 @@
 //   word 2  rows (nl)      word 3  columns (nc)      body from word 4
 #pragma once
 #include <bit>
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -43,6 +44,30 @@ inline mot reel_mot(float x) { return std::bit_cast<mot>(x); }
 typedef float reel __attribute__((may_alias));
 inline reel* reels(mot* p) { return reinterpret_cast<reel*>(p); }
 inline const reel* reels(const mot* p) { return reinterpret_cast<const reel*>(p); }
+
+// ---- floats that become integers ---------------------------------------
+// Language values are floats; a count, an index or a number is their
+// truncation toward zero. Converting a float outside the int32 range is
+// undefined in C++, so no code casts one directly: the checked form
+// (entier_de, with the core's messages) refuses what does not fit, and the
+// clamped form serves element-wise data (bit operators, bytes) that must
+// give some integer for every float.
+constexpr float REEL_ENTIER_MIN = -2147483648.0f;  // -2^31, exact
+constexpr float REEL_ENTIER_FIN = 2147483648.0f;   // 2^31: first float past int32
+// True, with the truncation in *n, when x is finite and truncates into
+// [min, max].
+inline bool reel_entier(float x, mot* n, mot min = INT32_MIN, mot max = INT32_MAX) {
+  if (!(x >= REEL_ENTIER_MIN && x < REEL_ENTIER_FIN)) return false;  // NaN fails too
+  mot t = static_cast<mot>(x);
+  if (t < min || t > max) return false;
+  *n = t;
+  return true;
+}
+// Clamped into int32; NaN gives INT32_MIN.
+inline mot entier_sature(float x) {
+  if (!(x >= REEL_ENTIER_MIN)) return INT32_MIN;
+  return x < REEL_ENTIER_FIN ? static_cast<mot>(x) : INT32_MAX;
+}
 
 // ---- arena -----------------------------------------------------------
 // Every Bloc, pool and table whose address may end up in a word lives in

@@ -1,4 +1,5 @@
 // Element, row and vector access (1-based), and the accumulator append.
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -91,7 +92,7 @@ int vecteur_cherche(const mot* v, float x) {
   const mot* p = v + 4;
   long n = v[0] - 4;
   for (long i = 0; i < n; ++i)
-    if (static_cast<float>(static_cast<long>(lit_reel(p + i))) == x) return static_cast<int>(i + 1);
+    if (std::trunc(lit_reel(p + i)) == x) return static_cast<int>(i + 1);
   return 0;
 }
 

@@ -133,7 +133,7 @@ int bloc_convertit(mot* dst, const mot* src) {
   }
   long n = static_cast<long>(src[2]) * src[3];
   if (td == BLOC_ENTIER && ts == BLOC_REEL) {
-    for (long i = 0; i < n; ++i) dst[4 + i] = static_cast<mot>(lit_reel(src + 4 + i));
+    for (long i = 0; i < n; ++i) dst[4 + i] = entier_sature(lit_reel(src + 4 + i));
   } else if (td == BLOC_REEL && ts == BLOC_ENTIER) {
     for (long i = 0; i < n; ++i) ecrit_reel(dst + 4 + i, static_cast<float>(src[4 + i]));
   } else {

@@ -10,6 +10,7 @@ struct Designation {
   bool liste = false;  // came from a BLOC_LISTE child
   mot tag = 0;         // tag of the element's own Bloc
   int numero = 0;
+  float reel = 0;      // the float that gave numero, or that no number can be
   const char* nom = nullptr;
 };
 Designation designation(mot* args, int i);

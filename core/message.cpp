@@ -66,6 +66,13 @@ int echec_instruction() {
   return -1;
 }
 
+int entier_de(float x, mot* n, mot min, mot max) {
+  if (reel_entier(x, n, min, max)) return 0;
+  std::printf("%g: ", static_cast<double>(x));
+  message(0, MES_VALEUR);
+  return -1;
+}
+
 int erreur_pile() {
   message(0, MES_PILE);
   return -1;

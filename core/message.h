@@ -34,6 +34,7 @@ constexpr int MES_COMMENTAIRE = 64;
 constexpr int MES_INDICE = 66;
 constexpr int MES_DISQUE = 67;
 constexpr int MES_PAS_VARIABLE = 81;
+constexpr int MES_VALEUR = 81;  // the same number: a value of bad type or range
 constexpr int MES_CONVERSION = 98;
 constexpr int MES_NON_TERMINE = 103;
 constexpr int MES_INTERNE = 104;
@@ -62,6 +63,11 @@ void cloche();
 // The statement level's answer to any negative result: a108 gets -1 so that
 // the language can test it, message 0:108 is printed; gives -1.
 int echec_instruction();
+
+// A float from the language that becomes a count, an index or a number:
+// 0 with its truncation in *n when x is finite and truncates into
+// [min, max]; otherwise "%g: " with the value, message 0:81, and -1.
+int entier_de(float x, mot* n, mot min = INT32_MIN, mot max = INT32_MAX);
 
 // Report routines that need no object; those that print one are with the
 // object table.

@@ -81,12 +81,16 @@ int cherche_texte(mot* phrase, const mot* limite, mot* liste) {
     return -1;
   }
   if (!e[1] || e[1][0] < 5 || e[1][1] != BLOC_REEL) return -1;
+  // A field number past the last gives the first, and a negative one 0:
+  // clamping keeps that sense for any float.
   int k = TEXTE_ENTIER;
-  if (e[2] && e[2][0] > 4 && e[2][1] == BLOC_REEL) k = static_cast<int>(lit_reel(e[2] + 4));
+  if (e[2] && e[2][0] > 4 && e[2][1] == BLOC_REEL) k = entier_sature(lit_reel(e[2] + 4));
   // In the language `"nom", 0, 1` merges the two numbers into one vector.
-  else if (e[1][0] > 5) k = static_cast<int>(lit_reel(e[1] + 5));
+  else if (e[1][0] > 5) k = entier_sature(lit_reel(e[1] + 5));
+  mot num;
+  if (entier_de(lit_reel(e[1] + 4), &num) < 0) return -1;
   std::string texte;
-  int r = message_utilisateur(nom, static_cast<int>(lit_reel(e[1] + 4)), k, texte);
+  int r = message_utilisateur(nom, num, k, texte);
   if (r < 0) return r;
   mot lg = long_chaine(texte.size());
   if (phrase + lg > limite) return -12;
@@ -156,8 +160,8 @@ int messages_utilisateur(mot* phrase, const mot* limite) {
     case BLOC_REEL: {
       mot nb = v[0] - 4;
       if (nb < 1) return 0;
-      int env = static_cast<int>(lit_reel(v + 4));
-      int num = nb > 1 ? static_cast<int>(lit_reel(v + 5)) : 0;
+      mot env, num = 0;
+      if (entier_de(lit_reel(v + 4), &env) < 0 || (nb > 1 && entier_de(lit_reel(v + 5), &num) < 0)) return -1;
       return message(env, num);
     }
     case BLOC_CHAINE:

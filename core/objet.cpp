@@ -77,6 +77,8 @@ Objet* objet_cree_arg(int env, int type, mot* args, int i) {
   if (!args || i < 1 || i > args[2])
     return objet_cree(env, type, 0, nullptr, nullptr, numero_max(env, type) + 1);
   Designation d = designation(args, i);
+  mot n;
+  if (!d.ok && d.tag == BLOC_REEL) entier_de(d.reel, &n, -NUMERO_MAX, NUMERO_MAX);
   // A list never names an object to create; checked before anything is
   // deleted, so that a bad argument loses nothing.
   if (!d.ok || d.liste || d.tag == BLOC_ENTIER) return nullptr;

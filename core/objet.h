@@ -75,6 +75,10 @@ struct TableObjets {
 extern TableObjets table_objets;
 
 // ---- creation and finding ----------------------------------------------
+// Object numbers from the language lie within +-NUMERO_MAX, so that the
+// highest + 1 is a number too; another float names no object (a search
+// finds nothing, a creation says message 0:81).
+constexpr int NUMERO_MAX = 999999999;
 // Creation gives null after printing message 0:15 (table full) or 0:28.
 Objet* objet_cree(int env, int type, int sous_type, const mot* donnees, const char* nom, int numero);
 Objet* objet_cree_arg(int env, int type, mot* args, int i);

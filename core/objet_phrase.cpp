@@ -31,11 +31,14 @@ bool phrase_saine(const mot* p) {
 
 inline const mot* valeur(const mot* c) { return c[0] > 3 ? c + 3 : nullptr; }
 
-int premiere_valeur(const mot* v) {
-  if (!v || v[0] < 5) return 1;
-  if (v[1] == BLOC_REEL) return static_cast<int>(lit_reel(v + 4));
-  if (v[1] == BLOC_ENTIER) return v[4];
-  return 1;
+// The first value truncated into *n (1 when there is none); -1 after a
+// message when it is no integer.
+int premiere_valeur(const mot* v, int* n) {
+  *n = 1;
+  if (!v || v[0] < 5) return 0;
+  if (v[1] == BLOC_REEL) return entier_de(lit_reel(v + 4), n);
+  if (v[1] == BLOC_ENTIER) *n = v[4];
+  return 0;
 }
 
 // The attribute (1, sorte) holding a copy of the clause's value.
@@ -77,7 +80,7 @@ int objet_cree_phrase(mot* phrase) {
       type = B_VOL;
       if (v) clause_sorte = c;
     } else if (ord == B_F4) {
-      f4 = v ? premiere_valeur(v) : 1;
+      if (premiere_valeur(v, &f4) < 0) return -1;
     } else {
       sous_type = ord;
     }

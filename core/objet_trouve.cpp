@@ -6,7 +6,7 @@
 #include "startup/startup.h"
 
 namespace {
-constexpr int NUMERO_HAUT = 1000000000;
+constexpr int NUMERO_HAUT = NUMERO_MAX + 1;
 
 // The rest of a match, once type and number (or type alone) agree.
 template <bool AVEC_ENV, bool SOUS_EXACT>
@@ -50,12 +50,16 @@ Objet* cherche_arg(int env, int type, int sous_type, mot* args, int i) {
   return cherche<AVEC_ENV, SOUS_EXACT>(env, type, sous_type, d.nom ? 0 : d.numero, d.nom);
 }
 
-// Reads a number or a name at p, an element of a Bloc of that tag.
+// Reads a number or a name at p, an element of a Bloc of that tag. A number
+// stays inside the bounds that the scans for the highest and lowest use as
+// their start, so that highest + 1 is always a number too.
 bool lit_designation(Designation& d, mot tag, mot* p, bool chaine_nue) {
   d.tag = tag;
   switch (tag) {
     case BLOC_ENTIER: d.numero = p[0]; return true;
-    case BLOC_REEL: d.numero = static_cast<int>(lit_reel(p)); return true;
+    case BLOC_REEL:
+      d.reel = lit_reel(p);
+      return reel_entier(d.reel, &d.numero, -NUMERO_MAX, NUMERO_MAX);
     case BLOC_CHAINE: d.nom = chaine_nue ? reinterpret_cast<char*>(p) : bloc_texte(p); return true;
   }
   return false;

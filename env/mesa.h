@@ -123,7 +123,7 @@
 |109:Aucune table de messages chargee\7\n
 |110:?\n
 |111:?\n
-|112:?\n
+|112:Valeur de cle trop longue, ignoree\7\n
 |113:?\n
 |114:?\n
 |115:?\n

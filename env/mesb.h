@@ -103,3 +103,29 @@
 |97:?\n
 |98:?\n
 |99:?\n
+|100:?\n
+|101:?\n
+|102:?\n
+|103:?\n
+|104:?\n
+|105:?\n
+|106:?\n
+|107:?\n
+|108:?\n
+|109:?\n
+|110:?\n
+|111:?\n
+|112:?\n
+|113:?\n
+|114:?\n
+|115:?\n
+|116:?\n
+|117:?\n
+|118:?\n
+|119:?\n
+|120:Format d'image inconnu\7\n
+|121:Fichier image tronque ou illisible\7\n
+|122:Taille d'image illegale\7\n
+|123:Rectangle illegal\7\n
+|124:BMP non lu: 24 bits sans compression seulement\7\n
+|125:Pixel hors de l'image\7\n

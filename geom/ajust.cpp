@@ -37,7 +37,7 @@ int joints(mot* dest, const Ajust* a) {
   if (n < 3) return geom_erreur_valeur(n, MES_INDICE);
   // Default angle: pi, the float of bits 0x40490FDB.
   float limite = premier(a->options, std::bit_cast<float>(0x40490FDB));
-  int mode = static_cast<int>(premier(a->options, 0, 1));
+  int mode = entier_sature(premier(a->options, 0, 1));
   for (int b = 1; b <= n - 2; ++b)
     redresser_joint(p + 3 * (b - 1), p + 3 * b, p + 3 * (b + 1), nullptr, 0, b, n, 3, p, limite, mode, 0);
   if (a->ferme) redresser_joint(p + 3 * (n - 1), p, p + 3, nullptr, 0, 0, n, 3, p, limite, mode, 0);
@@ -48,9 +48,10 @@ int reechantillonne(mot* dest, mot* travail, const mot* limite, const Ajust* a) 
   int n;
   reel* p = points_de(a->ligne, &n);
   float nv = premier(a->nombre, 0);
-  if (n < 1 || !(nv >= 1 && nv < 1e9f))
-    return geom_erreur_valeur(n < 1 ? n : (nv > -1e9f && nv < 1e9f ? static_cast<long>(nv) : 0), MES_INDICE);
-  long voulus = static_cast<long>(nv);
+  mot m;
+  if (n < 1 || !reel_entier(nv, &m, 1, 999999999))
+    return geom_erreur_valeur(n < 1 ? n : (reel_entier(nv, &m) ? m : 0), MES_INDICE);
+  long voulus = m;
   std::vector<float> ligne(p, p + 3L * n);
   if (a->ferme) {
     ++voulus;
@@ -110,7 +111,7 @@ int ajust_1(mot* dest, mot* travail, const mot* limite, const Ajust* a) {
     try {
       return reechantillonne(dest, travail, limite, a);
     } catch (const std::bad_alloc&) {
-      erreur_memoire(3, static_cast<long>(premier(a->nombre, 0)));
+      erreur_memoire(3, entier_sature(premier(a->nombre, 0)));
       return -1;
     }
   }

@@ -61,8 +61,9 @@ int lit_numeros(mot* e, std::vector<int>& out) {
   for (long k = 0; k < r.n; ++k) {
     float x = r[k];
     // Numbers far out of any table are refused like fractions.
-    if (!(std::fabs(x) < 2e9f) || x != std::trunc(x)) return mauvais_argument(e, MES_INDICE);
-    out.push_back(static_cast<int>(x));
+    mot n;
+    if (x != std::trunc(x) || !reel_entier(x, &n)) return mauvais_argument(e, MES_INDICE);
+    out.push_back(n);
   }
   return static_cast<int>(out.size());
 }
@@ -108,7 +109,7 @@ int introuvable(const Cibles& c) {
   std::printf("%s", nom ? nom : "?");
   const mot* a = c.ids;
   if (a && a[0] > 4 && a[1] == BLOC_REEL)
-    std::printf(" %d", static_cast<int>(lit_reel(a + 4)));
+    std::printf(" %d", entier_sature(lit_reel(a + 4)));
   else if (a && a[0] > 4 && a[1] == BLOC_CHAINE)
     std::printf(" %s", bloc_texte(const_cast<mot*>(a)));
   std::printf(": ");

@@ -62,7 +62,7 @@ bool params(mot* e, ParamCourbe* p) {
   int n = e ? lit_params(e, v, 3) : 0;
   if (n < 0) return false;
   if (n > 3 || !(v[0] >= 0 && v[0] < 1e6f) || !std::isfinite(v[1])) return mauvais_argument(e, MES_INDICE), false;
-  p->s = static_cast<int>(v[0]);
+  p->s = entier_sature(v[0]);
   p->t = v[1];
   p->f = 0;  // the smoothing pass is not made
   return true;

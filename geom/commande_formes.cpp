@@ -47,8 +47,7 @@ int valeurs_max(int ord) {
 
 // A count from a float; false for what no count can be.
 bool compte(float x, int* n) {
-  if (!(std::fabs(x) < 1e9f)) return geom_erreur_valeur(0, MES_INDICE), false;
-  *n = static_cast<int>(x);
+  if (!reel_entier(x, n, -999999999, 999999999)) return geom_erreur_valeur(0, MES_INDICE), false;
   return true;
 }
 
@@ -105,7 +104,7 @@ int forme_commande(mot* bloc, mot* valeur, const mot*) {
     if (e[1] == 1 && e[2] == B_F4) {
       float x = 1;
       lit_params(e, &x, 1);
-      f.ferme = std::fabs(x) < 1e9f ? static_cast<int>(x) : 1;
+      if (!reel_entier(x, &f.ferme, -999999999, 999999999)) f.ferme = 1;
     }
   });
   if (!f.e || valeur || f.cibles.genre != B_VOL) return POUR_ATTRIBUT;

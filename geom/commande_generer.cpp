@@ -92,7 +92,7 @@ int lit(Demande& d, mot* bloc) {
       case B_NORMALE: {
         int k = lit_params(e, x, 1);
         if (k < 0) r = -1;
-        if (k > 0 && x[0] >= 1 && x[0] < 1e6f) d.precision = static_cast<int>(x[0]);
+        if (mot p; k > 0 && reel_entier(x[0], &p, 1, 999999)) d.precision = p;
         d.force = true;
         if (d.quoi == 0) d.quoi = B_NORMALE;
         break;
@@ -208,7 +208,7 @@ bool un(const Demande& d, Objet* o, int* absente) {
       if (d.sur == B_FAC || d.precision > 1) return par_face(o, true) != nullptr;
       return gen_centre(o, 1) && gen_centre_copie(o, 1);
     case B_SEGMENT:
-      return generer_segment_vol(o, etat_ou(0, A_EDI, 0) > 0, static_cast<int>(d.point[0]), f) != nullptr;
+      return generer_segment_vol(o, etat_ou(0, A_EDI, 0) > 0, entier_sature(d.point[0]), f) != nullptr;
     case B_VOISIN:
       return gen_voisin_fac_som(o, f) != nullptr;
     case B_BOITE:

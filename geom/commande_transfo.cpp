@@ -85,8 +85,7 @@ int lit_operation(Lecture& L, mot* e) {
       (o.ord == B_TIRER && o.n < 1))
     return mauvais_argument(e, MES_INDICE);
   if (o.ord == B_TIRER) {
-    if (!(std::fabs(o.v[0]) < 1e9f)) return mauvais_argument(e, MES_INDICE);
-    L.grille = static_cast<int>(o.v[0]);
+    if (!reel_entier(o.v[0], &L.grille, -999999999, 999999999)) return mauvais_argument(e, MES_INDICE);
   }
   ++L.nb_ops;
   return 0;
@@ -284,7 +283,7 @@ int prepare(Lecture& L, Transfo* t) {
   if (L.pas > 0) {
     int n;
     reel* v = mot_valeur(1, B_NB, &n);
-    if (v && n > 0 && v[0] >= 1 && v[0] < 1e9f) nb = static_cast<int>(v[0]);
+    if (mot m; v && n > 0 && reel_entier(v[0], &m, 1, 999999999)) nb = m;
   }
   Objet* grille = nullptr;
   if (L.grille) grille = objet_trouve(B_VOL, 0, L.grille, nullptr);

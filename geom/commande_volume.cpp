@@ -160,10 +160,11 @@ int faces_de(const Nombres& x, std::vector<mot>& l) {
       fin_face();
     } else if (v == -1) {
       if (!contours.back().empty()) contours.emplace_back();
-    } else if (v >= 1 && v < 2e9f && v == static_cast<float>(static_cast<mot>(v))) {
-      contours.back().push_back(static_cast<mot>(v));
+    } else if (mot n; reel_entier(v, &n, 1) && v == static_cast<float>(n)) {
+      contours.back().push_back(n);
     } else {
-      return geom_erreur_valeur(static_cast<long>(v), MES_INDICE);
+      // What no vertex number can be is a bad value, and said so.
+      return entier_de(v, &n) < 0 ? -1 : geom_erreur_valeur(n, MES_INDICE);
     }
   }
   fin_face();

@@ -97,7 +97,6 @@ constexpr int LOI_CIN = 60, LOI_ACC = 89, LOI_DEC = 90, LOI_ACD = 91, LOI_TABLE 
 // prints are the core's: MES_USAGE, MES_NUL, MES_INDICE, MES_ABSENT...).
 constexpr int MES_TROP = MES_ENTETE;
 constexpr int MES_DOUBLE = 18;  // a work table was doubled
-constexpr int MES_VALEUR = MES_PAS_VARIABLE;  // bad value type, or bad keyword after an option
 constexpr int MES_VAR = 84;     // var without a value
 
 // A vector whose squared length is at most this is left as it is.

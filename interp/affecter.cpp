@@ -36,10 +36,10 @@ int dimensionne(mot* cible, mot* phrase) {
     return ECHEC;
   }
   const reel* x = reels(arg.donnees);
-  long n = static_cast<long>(x[0]);
+  mot n;
   float v = remplir && arg.n > 1 ? x[1] : 0.0f;
-  if (n < 1 || n > 0x3fffffff) {
-    std::printf("%ld: ", n);
+  if (!reel_entier(x[0], &n, 1, 0x3fffffff)) {
+    std::printf("%g: ", static_cast<double>(x[0]));
     message(0, M_VALEUR);
     return ECHEC;
   }
@@ -108,7 +108,7 @@ int ecrit_vue(mot* vue, mot* valeur) {
     for (long k = 0; k < m; ++k) {
       char* c = static_cast<char*>(mot_vers_ptr(adr[k]));
       if (v.type == BLOC_CHAINE) *c = reinterpret_cast<const char*>(v.donnees)[k];
-      else if (v.type == BLOC_REEL) *c = static_cast<char>(noyau::tronque(reels(v.donnees)[k]));
+      else if (v.type == BLOC_REEL) *c = static_cast<char>(entier_sature(reels(v.donnees)[k]));
     }
     return 0;
   }
@@ -162,7 +162,12 @@ int affecter(mot* cible, mot* valeur) {
     piles.eva_haut = valeur + taille_item(valeur);
     r = commande(cible, piles.eva_limite, valeur);
     if (r < 0) return r;
-    remonte(cible, valeur);
+    // A handler that took the value leaves it (or its own result) in place
+    // of the phrase, and may have written over the value's old place while
+    // doing so: only a phrase left unhandled, or a handler that left
+    // nothing, still has the value intact behind it.
+    if (r > 0 || cible[0] == 0) remonte(cible, valeur);
+    else piles.eva_haut = cible + taille_item(cible);
     return 0;
   }
   message(0, M_AFFECTATION);

@@ -45,8 +45,10 @@ long compte(const mot* a) {
 
 // Row k (1-based) of a selection.
 long rangee(const mot* s, long k) {
-  if (s[0] < 0) return static_cast<long>(lit_reel(s + 1));
-  return s[1] == BLOC_REEL ? static_cast<long>(lit_reel(s + 3 + k)) : 0;
+  // A float that is no int32 names no row: passed over like a row below 1.
+  mot r = 0;
+  if (s[0] < 0) return reel_entier(lit_reel(s + 1), &r) ? r : 0;
+  return s[1] == BLOC_REEL && reel_entier(lit_reel(s + 3 + k), &r) ? r : 0;
 }
 
 // The value as floats: a block, or a scalar pair.

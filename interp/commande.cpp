@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "core/message.h"
+#include "image/image.h"
 #include "interp/commande_interne.h"
 #include "interp/fonctions_interne.h"
 #include "startup/startup.h"
@@ -39,6 +40,13 @@ constexpr Gestionnaire transfo_cle = selon_seul<valeur_cle, transformer>;
 constexpr Gestionnaire transfo_interne = selon_seul<interne, transformer>;
 constexpr Gestionnaire transfo_exec = selon_seul<non_implemente, transformer>;
 
+// A handler that leaves some phrases (answers above 0) to another.
+template <Gestionnaire G, Gestionnaire SINON>
+int ou_sinon(mot* bloc, mot* valeur, const mot* limite) {
+  int r = G(bloc, valeur, limite);
+  return r > 0 ? SINON(bloc, valeur, limite) : r;
+}
+
 bool est_transfo(Gestionnaire g) {
   return g == transformer || g == transfo_cle || g == transfo_interne || g == transfo_exec;
 }
@@ -61,6 +69,8 @@ constexpr Table table_a = [] {
   // Object files, extrusion, session state, textures, movies, devices:
   // their folders come later.
   pose(t, {14, 33, 15, 24, 34, 60, 61, 63, 70, 101, 106}, non_implemente);
+  // Images read and written by name; other kinds wait for the object files.
+  pose(t, {A_LIRE, A_ECRIRE}, ou_sinon<ima_lire_ecrire, non_implemente>);
   return t;
 }();
 
@@ -79,6 +89,8 @@ constexpr Table table_b = [] {
            129, 130, 131, 132, 136, 137, 138, 139, 140, 142, 144, 145, 146, 148, 153, 154, 155, 156,
            157, 158},
        non_implemente);
+  // Images.
+  pose(t, {B_IMA}, ima_commande);
   // Geometry.
   pose(t, {B_DEP, B_DEP2, B_ROTX, B_ROTY, B_ROTZ, B_HOM, B_HOMX, B_HOMY, B_HOMZ, B_HOMO, B_SECX, B_SECY, B_SECZ,
            B_SYMX, B_SYMY, B_SYMZ, B_SYM, B_TORD, B_PLIE, B_EFFILE, B_TIRER},

@@ -20,7 +20,7 @@ inline mot* argument(mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
 // (The geometry's, B_FAC, B_SOMMET, B_SOM, B_NORMALE..., come with its header.)
 constexpr int B_IMA = 28, B_BRO = 120, B_ALP = 152, B_TAB = 160, B_NEU = 162, B_SUBST = 65, B_PARAM = 92,
               B_DYN = 150;
-constexpr int A_OUI = 4, A_NON = 5, A_NOMMER = 58, A_DETRUIRE = 79, A_POIDS = 112;
+constexpr int A_OUI = 4, A_NON = 5, A_NOMMER = 58, A_DETRUIRE = 79, A_POIDS = 112, A_ECRIRE = 33;
 
 int attribut(mot* bloc, mot* valeur, const mot* limite);
 int valeur_cle(mot* bloc, mot* valeur, const mot* limite);

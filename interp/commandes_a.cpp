@@ -30,7 +30,7 @@ long nombre_ids(const mot* a) {
 void liste_etat(int etat) {
   int n;
   reel* page = mot_valeur(0, 36, &n);
-  int largeur = page && n > 0 && page[0] > 0 ? static_cast<int>(page[0]) : 80;
+  int largeur = page && n > 0 && page[0] > 0 ? entier_sature(page[0]) : 80;
   for (int env = 0; env < vocab.nb_env; ++env) {
     message(0, 1);
     const TableMots& t = vocab.tables[env];
@@ -95,7 +95,7 @@ int nommer(mot* bloc, mot*, const mot* limite) {
     mot* a = argument(e);
     if (e[1] != 0 || !a) continue;
     if (e[2] == A_NUM && a[0] > 0 && a[1] == BLOC_REEL && a[0] > 4) {
-      o->numero = static_cast<int>(lit_reel(a + 4));
+      if (entier_de(lit_reel(a + 4), &o->numero, -NUMERO_MAX, NUMERO_MAX) < 0) return -1;
     } else if (e[2] == A_NOM && a[0] > 0 && a[1] == BLOC_CHAINE) {
       const char* nom = bloc_texte(a);
       std::size_t lg = std::strlen(nom) + 1;

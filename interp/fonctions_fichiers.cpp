@@ -24,8 +24,8 @@ std::FILE* fichier_de(const Argument& a, int* num) {
   else if (a.type == BLOC_LISTE && a.bloc[4] > 0 && a.bloc[5] == BLOC_REEL && a.bloc[4] > 4)
     x = lit_reel(a.bloc + 8);
   else return nullptr;
-  int k = static_cast<int>(x);
-  if (k < 0 || k >= NB_FICHIERS) return nullptr;
+  mot k;
+  if (!reel_entier(x, &k, 0, NB_FICHIERS - 1)) return nullptr;
   *num = k;
   return fichiers.f[k];
 }
@@ -80,8 +80,8 @@ int mot_suivant(mot* bloc, const mot* limite, std::FILE* f) {
 }
 
 int lit(mot* bloc, const mot* limite, const Argument& a, std::FILE* f) {
-  long n = a.type == BLOC_REEL && a.n > 1 ? static_cast<long>(a.x[1]) : 1;
-  if (n < 0) return usage_lecture_ecriture();
+  mot n = 1;
+  if (a.type == BLOC_REEL && a.n > 1 && !reel_entier(a.x[1], &n, 0)) return usage_lecture_ecriture();
   mot l = long_chaine(static_cast<std::size_t>(n));
   if (bloc + l >= limite) return PILE_PLEINE;
   // Straight into the result's place: the argument is no longer needed.
@@ -95,7 +95,7 @@ int lit(mot* bloc, const mot* limite, const Argument& a, std::FILE* f) {
 int ecrit(mot* bloc, const mot* limite, const Argument& a, std::FILE* f) {
   long ecrits = 0;
   auto octets = [&](const reel* x, long n) {
-    for (long i = 0; i < n; ++i) ecrits += std::fputc(static_cast<unsigned char>(static_cast<int>(x[i])), f) != EOF;
+    for (long i = 0; i < n; ++i) ecrits += std::fputc(static_cast<unsigned char>(entier_sature(x[i])), f) != EOF;
   };
   if (a.type == BLOC_REEL) {
     octets(a.x + 1, a.n - 1);

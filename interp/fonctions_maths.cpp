@@ -107,7 +107,9 @@ int fonction_maths(int ord, mot* bloc, const mot* limite, const Argument& a) {
         return v * static_cast<float>(std::rand() % 32767) / 32767.f;
       });
     case F_GRAINE:
-      std::srand(static_cast<unsigned>(a.x[0]));
+      mot g;
+      if (entier_de(a.x[0], &g) < 0) return -1;
+      std::srand(static_cast<unsigned>(g));  // a negative seed wraps, as a seed may
       return applique(bloc, limite, a, [](float v) { return v; });
 
     case F_SOMME: return resultat_scalaire(bloc, limite, static_cast<float>(somme(a)));
@@ -159,7 +161,8 @@ int fonction_maths(int ord, mot* bloc, const mot* limite, const Argument& a) {
     }
     case F_GENERER: {
       // Every k-th element of what follows the first element k.
-      long k = static_cast<long>(a.x[0]);
+      mot k;
+      if (entier_de(a.x[0], &k) < 0) return -1;
       if (k < 1) return erreur(ord, M_INDICE_F);
       long m = (a.n - 1 + k - 1) / k;
       const reel* x = a.x + 1;
@@ -179,7 +182,8 @@ int fonction_maths(int ord, mot* bloc, const mot* limite, const Argument& a) {
     }
     case F_MATRICE: {
       // The identity matrix of that order.
-      long m = static_cast<long>(a.x[0]);
+      mot m;
+      if (entier_de(a.x[0], &m) < 0) return -1;
       if (m < 1 || m > 4096) return erreur(ord, M_INDICE_F);
       reel* r = resultat_reels(bloc, limite, m * m);
       if (!r) return PILE_PLEINE;

@@ -55,7 +55,11 @@ int codes(mot* bloc, const mot* limite, const Argument& a) {
     return 0;
   }
   std::string s;
-  for (long i = 0; i < a.n; ++i) s.push_back(static_cast<char>(static_cast<int>(a.x[i])));
+  for (long i = 0; i < a.n; ++i) {
+    mot c;
+    if (entier_de(a.x[i], &c) < 0) return -1;
+    s.push_back(static_cast<char>(c));
+  }
   return resultat_chaine(bloc, limite, s.data(), s.size());
 }
 }  // namespace

@@ -61,7 +61,7 @@ void reel_formate(float x, Format* fmt) {
   if (fmt && fmt->actif()) {
     std::string f;
     char g = fmt->prochaine(f);
-    if (g == 'i') std::printf(f.c_str(), static_cast<int>(x));
+    if (g == 'i') std::printf(f.c_str(), entier_sature(x));
     else if (g == 'r') std::printf(f.c_str(), static_cast<double>(x));
     else if (g == 's') std::printf("%f ", static_cast<double>(x));
     else std::fputs(f.c_str(), stdout), std::printf("%f ", static_cast<double>(x));
@@ -270,7 +270,7 @@ void affiche_bloc(mot* b, long k) {
 }  // namespace
 
 void afficher(mot* v, const reel* options, int n) {
-  long k = options && n > 0 ? static_cast<long>(options[0]) : 3;
+  long k = options && n > 0 ? entier_sature(options[0]) : 3;
   if (k < 0) k = 0;
   affiche_bloc(v, k);
 }

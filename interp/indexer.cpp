@@ -158,7 +158,7 @@ int indexer(mot* base, mot* rp, mot* haut) {
     vue[2] = 0;
     vue[3] = 0;
     for (long k = 0; k < ni; ++k) {
-      long i = noyau::tronque(idx[k]);
+      long i = entier_sature(idx[k]);
       if (i < 0 || i >= b[2]) return hors_limites(i);
       mot* e = b + 4;
       for (long j = 0; j < i; ++j) e += taille_item(e);
@@ -181,7 +181,7 @@ int indexer(mot* base, mot* rp, mot* haut) {
     long pas = fermant == '}' ? 3 : 1;
     vue[3] = BLOC_REEL;
     for (long k = 0; k < ni; ++k) {
-      long i = noyau::tronque(idx[k]);
+      long i = entier_sature(idx[k]);
       if (i < 0 || i >= lim) return hors_limites(i);
       vue[4 + k] = ptr_vers_mot(b + 4 + pas * i);
     }
@@ -190,7 +190,7 @@ int indexer(mot* base, mot* rp, mot* haut) {
     long lg = static_cast<long>(std::strlen(t));
     vue[3] = BLOC_CHAINE;
     for (long k = 0; k < ni; ++k) {
-      long i = noyau::tronque(idx[k]);
+      long i = entier_sature(idx[k]);
       if (fermant == '}') {
         long nb;
         const char* w = debut_mot(t, i, &nb);

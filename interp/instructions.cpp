@@ -88,7 +88,7 @@ int commande_pas(mot* bloc) {
     if (decrire(a, &v) < 0) return ECHEC;
     if (v.type == BLOC_REEL && v.n > 0) n = reels(v.donnees)[0];
   }
-  if (etats[0]) etats[0][A_PAS] = static_cast<mot>(n);
+  if (etats[0]) etats[0][A_PAS] = entier_sature(n);
   bloc[0] = 0;
   return 0;
 }
@@ -118,7 +118,7 @@ int commande_debug(mot* bloc, bool pose) {
     Valeur v;
     if (decrire(a, &v) < 0) return ECHEC;
     if (v.type == BLOC_REEL)
-      for (long k = 0; k < v.n; ++k) change(0, static_cast<int>(reels(v.donnees)[k]));
+      for (long k = 0; k < v.n; ++k) change(0, entier_sature(reels(v.donnees)[k]));
   }
   mot* e = element(bloc);
   for (mot k = 1; k < bloc[2]; ++k) {
@@ -140,7 +140,7 @@ int commande_sor(mot* bloc) {
     if (decrire(a, &v) < 0) return ECHEC;
     if (v.type == BLOC_REEL)
       for (long k = 0; k < v.n && debug.nb_arrets < 64; ++k)
-        debug.arrets[debug.nb_arrets++] = static_cast<int>(reels(v.donnees)[k]);
+        debug.arrets[debug.nb_arrets++] = entier_sature(reels(v.donnees)[k]);
   }
   bloc[0] = 0;
   return 0;
@@ -306,15 +306,14 @@ int alias(mot* bloc) {
 int vecteur(mot* bloc, bool remplir) {
   mot* a = argument(bloc);
   Valeur v;
-  if (!a || decrire(a, &v) < 0 || v.type != BLOC_REEL || v.n < 1 || reels(v.donnees)[0] < 1) {
+  mot m;
+  if (!a || decrire(a, &v) < 0 || v.type != BLOC_REEL || v.n < 1 || !reel_entier(reels(v.donnees)[0], &m, 1)) {
     mot_imprime(0, remplir ? A_REMPLIR : A_VECTEUR);
     message(0, M_VALEUR);
     return ECHEC;
   }
-  float n = reels(v.donnees)[0];
   float x = remplir && v.n > 1 ? reels(v.donnees)[1] : 0.0f;
-  if (n > static_cast<float>(piles.eva_limite - bloc - 4)) return PILE_PLEINE;
-  long m = static_cast<long>(n);
+  if (m > piles.eva_limite - bloc - 4) return PILE_PLEINE;
   reel* r = reels(bloc + 4);
   for (long k = 0; k < m; ++k) r[k] = x;
   bloc[0] = static_cast<mot>(4 + m);

@@ -9,10 +9,6 @@
 #include "core/bloc.h"
 
 namespace noyau {
-// Float to int32 without undefined behaviour: clamped, NaN to the bottom.
-inline std::int32_t tronque(float x) {
-  return static_cast<std::int32_t>(std::fmin(std::fmax(x, -2147483648.0f), 2147483520.0f));
-}
 
 template <class F>
 inline void applique(reel* r, const reel* a, long na, const reel* b, long nb, F f) {
@@ -69,8 +65,8 @@ inline void logique(reel* r, const reel* a, long na, const reel* b, long nb) {
   long n = na > nb ? na : nb;
   long i = 0, j = 0;
   for (long k = 0; k < n; ++k) {
-    bool x = tronque(a[i]) != 0;
-    bool y = tronque(b[j]) != 0;
+    bool x = entier_sature(a[i]) != 0;
+    bool y = entier_sature(b[j]) != 0;
     r[k] = ET ? (x && y) : (x || y);
     if (ET ? x : !x) j = j + 1 == nb ? 0 : j + 1;
     i = i + 1 == na ? 0 : i + 1;

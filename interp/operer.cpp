@@ -8,7 +8,6 @@
 #include "interp/noyaux.h"
 
 namespace {
-using noyau::tronque;
 
 float tolerance() {
   static float t = -1;
@@ -103,7 +102,7 @@ inline bool source_sure(const mot* s, long ns, const mot* dest, long n) {
 int divise_garde(const Valeur& b, bool modulo) {
   const reel* y = reels(b.donnees);
   for (long k = 0; k < b.n; ++k)
-    if ((y[k] > -0.0001f && y[k] < 0.0001f) || (modulo && tronque(y[k]) == 0)) {
+    if ((y[k] > -0.0001f && y[k] < 0.0001f) || (modulo && std::trunc(y[k]) == 0)) {
       message(0, M_DIVISION);
       return ECHEC;
     }
@@ -126,23 +125,23 @@ int calcule(mot op, reel* r, const Valeur& a, const Valeur& b) {
       break;
     case '%':
       if (divise_garde(b, true) < 0) return ECHEC;
-      applique(r, x, na, y, nb, [](float u, float v) {
-        return static_cast<float>(std::int64_t{tronque(u)} % std::int64_t{tronque(v)});
-      });
+      // The remainder of the truncated values, exact for every float
+      // (no integer type holds them all); + 0 makes a -0 remainder plain 0.
+      applique(r, x, na, y, nb, [](float u, float v) { return std::fmod(std::trunc(u), std::trunc(v)) + 0.0f; });
       break;
     case '&':
-      applique(r, x, na, y, nb, [](float u, float v) { return static_cast<float>(tronque(u) & tronque(v)); });
+      applique(r, x, na, y, nb, [](float u, float v) { return static_cast<float>(entier_sature(u) & entier_sature(v)); });
       break;
     case '|':
-      applique(r, x, na, y, nb, [](float u, float v) { return static_cast<float>(tronque(u) | tronque(v)); });
+      applique(r, x, na, y, nb, [](float u, float v) { return static_cast<float>(entier_sature(u) | entier_sature(v)); });
       break;
     case OP_GAUCHE:
       applique(r, x, na, y, nb,
-               [](float u, float v) { return static_cast<float>(tronque(u) << (tronque(v) & 31)); });
+               [](float u, float v) { return static_cast<float>(entier_sature(u) << (entier_sature(v) & 31)); });
       break;
     case OP_DROITE:
       applique(r, x, na, y, nb,
-               [](float u, float v) { return static_cast<float>(tronque(u) >> (tronque(v) & 31)); });
+               [](float u, float v) { return static_cast<float>(entier_sature(u) >> (entier_sature(v) & 31)); });
       break;
     case '<': applique(r, x, na, y, nb, [](float u, float v) { return u < v ? 1.0f : 0.0f; }); break;
     case '>': applique(r, x, na, y, nb, [](float u, float v) { return u > v ? 1.0f : 0.0f; }); break;

@@ -31,12 +31,21 @@ struct Noeud {
   int g = -1, d = -1;  // children
 };
 
+// A step of the writer of a bracketed tree: the node, how many of its
+// children are written, and whether it is the root (written bare).
+struct Tache {
+  int noeud;
+  int etape;
+  bool racine;
+};
+
 // The work areas of one nesting level; reused by the next compilation at
 // that level.
 struct Espace {
   std::vector<mot> code;
   std::vector<mot> sym;
   std::vector<Noeud> noeuds;
+  std::vector<Tache> taches;
 };
 
 // Writes words into [p, fin); past fin nothing is written and the overflow

@@ -167,7 +167,7 @@ int plage(Ops& o, const mot* a, const mot* b) {
       const mot* g = fin_groupe(p, b);
       met_mots(o.s, p, 2);
       const mot* f = est_fermant(g - 2) && g - 2 > p ? g - 2 : g;
-      if (groupe(o.c, o.s, p + 2, f, o.gen) < 0) return -1;
+      if (int r_ = groupe(o.c, o.s, p + 2, f, o.gen); r_ < 0) return r_;
       if (f < g) met_mots(o.s, f, 2);
       p = g;
     } else if (p[0] == CEL_REEL && p[1] == ZERO_UNAIRE) {
@@ -181,47 +181,88 @@ int plage(Ops& o, const mot* a, const mot* b) {
   return 0;
 }
 
+// Writes the tree below node i, bracketed. The walk keeps its own stack:
+// a chain of left-associative operators (1+1+...+1) is as deep as it is
+// long, and the machine's stack must not follow it.
 int ecrit(Ops& o, int i, bool racine) {
-  Noeud n = o.n[i];
-  auto ouvre = [&] {
-    if (!racine) met_paire(o.s, CEL_OP, '(');
-  };
-  auto ferme = [&] {
-    if (!racine) met_paire(o.s, CEL_OP, ')');
-  };
-  switch (n.sorte) {
-    case Noeud::FEUILLE: return plage(o, at(o, n.a), at(o, n.b));
-    case Noeud::RESTE:
-      met_paire(o.s, CEL_OP, '(');
-      if (groupe(o.c, o.s, at(o, n.a), at(o, n.b), o.gen) < 0) return -1;
-      met_paire(o.s, CEL_OP, ')');
-      return 0;
-    case Noeud::BINAIRE:
-      ouvre();
-      if (ecrit(o, n.g, false) < 0) return -1;
-      met_mots(o.s, at(o, n.a), 2);
-      if (ecrit(o, n.d, false) < 0) return -1;
-      ferme();
-      return 0;
-    case Noeud::PREFIXE:
-      ouvre();
-      met_mots(o.s, at(o, n.a), 2);
-      if (ecrit(o, n.g, false) < 0) return -1;
-      ferme();
-      return 0;
-    case Noeud::POSTFIXE:
-      ouvre();
-      if (ecrit(o, n.g, false) < 0) return -1;
-      met_mots(o.s, at(o, n.a), 2);
-      ferme();
-      return 0;
-    case Noeud::INDEX:
-      ouvre();
-      if (ecrit(o, n.g, false) < 0 || ecrit(o, n.d, false) < 0) return -1;
-      ferme();
-      return 0;
+  std::vector<Tache>& t = o.c.espace->taches;
+  const std::size_t base = t.size();
+  t.push_back(Tache{i, 0, racine});
+  int r = 0;
+  while (t.size() > base && r >= 0) {
+    const std::size_t k = t.size() - 1;
+    const Tache tk = t[k];
+    const Noeud n = o.n[tk.noeud];
+    auto ouvre = [&] {
+      if (!tk.racine) met_paire(o.s, CEL_OP, '(');
+    };
+    auto ferme = [&] {
+      if (!tk.racine) met_paire(o.s, CEL_OP, ')');
+    };
+    auto descend = [&](int fils) {
+      ++t[k].etape;
+      t.push_back(Tache{fils, 0, false});
+    };
+    switch (n.sorte) {
+      case Noeud::FEUILLE:
+        t.pop_back();
+        r = plage(o, at(o, n.a), at(o, n.b));
+        break;
+      case Noeud::RESTE:
+        t.pop_back();
+        met_paire(o.s, CEL_OP, '(');
+        r = groupe(o.c, o.s, at(o, n.a), at(o, n.b), o.gen);
+        met_paire(o.s, CEL_OP, ')');
+        break;
+      case Noeud::BINAIRE:
+        if (tk.etape == 0) {
+          ouvre();
+          descend(n.g);
+        } else if (tk.etape == 1) {
+          met_mots(o.s, at(o, n.a), 2);
+          descend(n.d);
+        } else {
+          ferme();
+          t.pop_back();
+        }
+        break;
+      case Noeud::PREFIXE:
+        if (tk.etape == 0) {
+          ouvre();
+          met_mots(o.s, at(o, n.a), 2);
+          descend(n.g);
+        } else {
+          ferme();
+          t.pop_back();
+        }
+        break;
+      case Noeud::POSTFIXE:
+        if (tk.etape == 0) {
+          ouvre();
+          descend(n.g);
+        } else {
+          met_mots(o.s, at(o, n.a), 2);
+          ferme();
+          t.pop_back();
+        }
+        break;
+      case Noeud::INDEX:
+        if (tk.etape == 0) {
+          ouvre();
+          descend(n.g);
+        } else if (tk.etape == 1) {
+          descend(n.d);
+        } else {
+          ferme();
+          t.pop_back();
+        }
+        break;
+    }
+    // A full output buffer restarts the compilation: no use writing on.
+    if (r >= 0 && o.s.deborde) r = DEBORDE;
   }
-  return 0;
+  t.resize(base);
+  return r;
 }
 
 // Brackets the inside of one group, [a, b). A group whose root assigns or
@@ -264,8 +305,8 @@ int groupe(Compil& c, Mots& s, const mot* a, const mot* b, int* gen) {
     }
     Noeud n = noeuds[racine];
     if (n.sorte == Noeud::BINAIRE && noeuds[n.d].sorte == Noeud::RESTE) {
-      if (ecrit(o, n.g, false) < 0) {
-        r = -1;
+      if (int e = ecrit(o, n.g, false); e < 0) {
+        r = e;
         break;
       }
       met_mots(s, at(o, n.a), 2);
@@ -276,8 +317,8 @@ int groupe(Compil& c, Mots& s, const mot* a, const mot* b, int* gen) {
       a = suite;
       continue;
     }
-    if (ecrit(o, racine, true) < 0) {
-      r = -1;
+    if (int e = ecrit(o, racine, true); e < 0) {
+      r = e;
       break;
     }
     met_mots(s, p, b - p);  // items that stay at the end of the group

@@ -79,7 +79,7 @@ bool vide(const mot* d, const mot* e) {
 
 int groupe_entoure(Formes& f, const mot* d, const mot* e) {
   op(f, '(');
-  if (copie_sans_marques(f, d, e) < 0) return -1;
+  if (int r_ = copie_sans_marques(f, d, e); r_ < 0) return r_;
   op(f, ')');
   return 0;
 }
@@ -128,7 +128,7 @@ int une_instruction(Formes& f, const mot*& p, int erreur) {
     p += 2;
   } else {
     const mot* avant = p;
-    if (instruction(f, p) < 0) return -1;
+    if (int r_ = instruction(f, p); r_ < 0) return r_;
     if (p == avant) {
       message(0, erreur);
       return -1;
@@ -146,7 +146,7 @@ int corps(Formes& f, const mot*& p, int erreur) {
   op(f, OP_DEBUT);
   if (p < f.fin && est_op(p, '{')) {
     p += 2;
-    if (sequence(f, p, true, false) < 0) return -1;
+    if (int r_ = sequence(f, p, true, false); r_ < 0) return r_;
     if (!(p < f.fin && est_op(p, '}'))) {
       message(0, erreur);
       return -1;
@@ -166,7 +166,7 @@ int condition(Formes& f, const mot*& p, int erreur) {
     return -1;
   }
   const mot* g = fin_groupe(p, f.fin);
-  if (copie_sans_marques(f, p, g) < 0) return -1;
+  if (int r_ = copie_sans_marques(f, p, g); r_ < 0) return r_;
   p = g;
   return 0;
 }
@@ -222,13 +222,14 @@ int forme_pour(Formes& f, const mot*& p) {
     met_mots(f.s, tete, 12);
     nops(f, 3);
     for (int i = 0; i < n; ++i)
-      if (groupe_entoure(f, b[i], b[i + 1] - 2) < 0) return -1;
+      if (int r_ = groupe_entoure(f, b[i], b[i + 1] - 2); r_ < 0) return r_;
   } else if (n == 3) {  // pour(init; condition; step)
-    if (groupe_entoure(f, b[0], b[1] - 2) < 0) return -1;
+    if (int r_ = groupe_entoure(f, b[0], b[1] - 2); r_ < 0) return r_;
     mot tete[12] = {12, BLOC_POUR_TROIS, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
     met_mots(f.s, tete, 12);
     nops(f, 4);
-    if (groupe_entoure(f, b[1], b[2] - 2) < 0 || groupe_entoure(f, b[2], b[3] - 2) < 0) return -1;
+    if (int r_ = groupe_entoure(f, b[1], b[2] - 2); r_ < 0) return r_;
+    if (int r_ = groupe_entoure(f, b[2], b[3] - 2); r_ < 0) return r_;
   } else {
     message(0, M_POUR);
     return -1;
@@ -284,10 +285,10 @@ int forme_selon(Formes& f, const mot*& p) {
     f.s.p[2] = n;
     f.s.p += lg;
   }
-  if (condition(f, sel, M_SELON) < 0) return -1;
+  if (int r_ = condition(f, sel, M_SELON); r_ < 0) return r_;
   p = g + 2;
   op(f, '{');
-  if (sequence(f, p, true, true) < 0) return -1;
+  if (int r_ = sequence(f, p, true, true); r_ < 0) return r_;
   if (!(p < f.fin && est_op(p, '}'))) {
     message(0, M_SELON);
     return -1;
@@ -309,7 +310,8 @@ int controle(Formes& f, const mot*& p) {
       mot tete[5] = {5, BLOC_SI, 0, 0, 0};
       met_mots(f.s, tete, 5);
       nops(f, 4);
-      if (condition(f, p, M_SI) < 0 || corps(f, p, M_SI) < 0) return -1;
+      if (int r_ = condition(f, p, M_SI); r_ < 0) return r_;
+      if (int r_ = corps(f, p, M_SI); r_ < 0) return r_;
       const mot* q = p;
       while (q < f.fin && (q[0] == CEL_LIGNE || est_op(q, ';'))) q += 2;
       if (q < f.fin && est_op(q, OP_SINON)) {
@@ -377,7 +379,7 @@ int sequence(Formes& f, const mot*& p, bool accolade, bool selon) {
         case '{':
           op(f, '{');
           p += 2;
-          if (sequence(f, p, true, false) < 0) return -1;
+          if (int r_ = sequence(f, p, true, false); r_ < 0) return r_;
           if (p < f.fin && est_op(p, '}')) {
             op(f, '}');
             p += 2;
@@ -414,7 +416,9 @@ int balaye(Compil& c, mot* de, mot* vers, int (*balayage)(Compil&, const mot*, c
   const mot* fin = de + de[0] - 1;
   Mots s{vers, vers + 4, vers + c.moitie - MARGE};
   int r = balayage(c, de + 4, fin, s);
-  if (r < 0) return r;
+  // A failure met once the output was full may stem from the overflow:
+  // the compilation starts again with more room and decides then.
+  if (r < 0) return s.deborde ? DEBORDE : r;
   if (!mots_place(s, 1)) return DEBORDE;
   *s.p++ = 0;
   if (s.deborde) return DEBORDE;

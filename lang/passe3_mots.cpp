@@ -38,7 +38,7 @@ int groupe(Liens& l, const mot* a, const mot* b);
 
 int entoure(Liens& l, const mot* a, const mot* b) {
   op(l, '(');
-  if (groupe(l, a, b) < 0) return -1;
+  if (int r_ = groupe(l, a, b); r_ < 0) return r_;
   op(l, ')');
   return 0;
 }
@@ -48,7 +48,7 @@ int sous_groupe(Liens& l, const mot*& p, const mot* b) {
   const mot* g = fin_groupe(p, b);
   met_mots(l.s, p, 2);
   const mot* fin = est_fermant(g - 2) && g - 2 > p ? g - 2 : g;
-  if (groupe(l, p + 2, fin) < 0) return -1;
+  if (int r_ = groupe(l, p + 2, fin); r_ < 0) return r_;
   if (fin < g) met_mots(l.s, fin, 2);
   p = g;
   return 0;
@@ -92,7 +92,7 @@ int appel(Liens& l, const mot*& p, const mot* b) {
   tete[3] = n;
   met_mots(l.s, tete, 4);
   for (int i = 0; i < n; ++i)
-    if (entoure(l, bornes[i], bornes[i + 1] - 2) < 0) return -1;
+    if (int r_ = entoure(l, bornes[i], bornes[i + 1] - 2); r_ < 0) return r_;
   p = g;
   return 0;
 }
@@ -105,7 +105,7 @@ int groupe(Liens& l, const mot* a, const mot* b) {
   for (const mot* p = a; p < b;) {
     if (l.s.deborde) return DEBORDE;
     if (est_appel(p)) {
-      if (appel(l, p, b) < 0) return -1;
+      if (int r_ = appel(l, p, b); r_ < 0) return r_;
     } else if (p[0] == CEL_MOT) {
       met_mots(l.s, p, 2);
       p += 2;
@@ -114,22 +114,22 @@ int groupe(Liens& l, const mot* a, const mot* b) {
         const mot* e = fin_argument(p, b);
         op(l, '(');
         met_paire(l.s, CEL_REEL, 0);
-        if (groupe(l, p, e) < 0) return -1;
+        if (int r_ = groupe(l, p, e); r_ < 0) return r_;
         op(l, ')');
         p = e;
       } else if (debut_argument(p)) {
         const mot* e = fin_argument(p, b);
-        if (entoure(l, p, e) < 0) return -1;
+        if (int r_ = entoure(l, p, e); r_ < 0) return r_;
         p = e;
       }
     } else if (est_variable(p[0]) && p + 2 < b && est_ouvrant(p + 2)) {
       op(l, '(');
       met_mots(l.s, p, 2);
       p += 2;
-      if (sous_groupe(l, p, b) < 0) return -1;
+      if (int r_ = sous_groupe(l, p, b); r_ < 0) return r_;
       op(l, ')');
     } else if (est_ouvrant(p)) {
-      if (sous_groupe(l, p, b) < 0) return -1;
+      if (int r_ = sous_groupe(l, p, b); r_ < 0) return r_;
     } else {
       met_mots(l.s, p, taille_item(p));
       p += taille_item(p);
@@ -147,7 +147,7 @@ int balayage_mots(Compil& c, const mot* in, const mot* fin, Mots& s) {
   for (const mot* p = in; p < fin && p[0] != 0;) {
     if (s.deborde) return DEBORDE;
     if (est_op(p, '(')) {
-      if (sous_groupe(l, p, fin) < 0) return -1;
+      if (int r_ = sous_groupe(l, p, fin); r_ < 0) return r_;
     } else {
       if (p[0] == CEL_LIGNE) c.ligne = p[1];
       met_mots(s, p, taille_item(p));

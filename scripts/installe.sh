@@ -2,7 +2,8 @@
 # Installs what orvane needs to build and test on Debian: apt-get, through
 # sudo when not root, and only for the packages that are missing.
 set -e
-paquets=(g++ cmake make libgtest-dev libmimalloc-dev lua5.4 python3 python3-numpy hyperfine)
+paquets=(g++ cmake make libgtest-dev libmimalloc-dev libjpeg62-turbo-dev libpng-dev lua5.4 python3 python3-numpy
+         python3-pil imagemagick hyperfine)
 manque=()
 for p in "${paquets[@]}"; do
   dpkg -s "$p" >/dev/null 2>&1 || manque+=("$p")

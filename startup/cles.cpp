@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/message.h"
 #include "startup/interne.h"
 #include "startup/startup.h"
 
@@ -21,9 +22,19 @@ Cle cle_de(const char* nom3) {
   return C_AUCUNE;
 }
 
-void copie80(char* dst, std::string_view v) {
+// A path value stops at the first blank. One longer than LONG_CHEMIN is
+// refused whole, since a cut path names another file: the key keeps what
+// it had, and the refusal is said once (signale), by its key.
+void copie_chemin(char* dst, std::string_view v, const char* cle, bool signale) {
   std::size_t n = 0;
-  while (n < v.size() && n < 80 && v[n] != ' ' && v[n] != '\t') ++n;
+  while (n < v.size() && v[n] != ' ' && v[n] != '\t') ++n;
+  if (n > LONG_CHEMIN) {
+    if (signale) {
+      std::printf("%s=%.20s...: %zu > %zu: ", cle, v.data(), n, LONG_CHEMIN);
+      message(0, M_CHEMIN_LONG);
+    }
+    return;
+  }
   std::memcpy(dst, v.data(), n);
   dst[n] = 0;
 }
@@ -40,7 +51,9 @@ void pose_lan(std::string_view v) {
 
 long entier(std::string_view v) { return std::strtol(std::string(v).c_str(), nullptr, 10); }
 
-void applique(Cle c, std::string_view v, bool ligne_commande) {
+// signale: the pass that reports a refused value (the second pass of the
+// command line, and enva.h), once the messages are loaded.
+void applique(Cle c, std::string_view v, bool ligne_commande, bool signale) {
   switch (c) {
     case C_MAC: {
       std::size_t n = v.size() < 80 ? v.size() : 80;
@@ -55,15 +68,15 @@ void applique(Cle c, std::string_view v, bool ligne_commande) {
     case C_OBJ: dem.obj = entier(v); break;
     case C_EMP: dem.emp = entier(v); break;
     case C_ESC: dem.esc = entier(v); break;
-    case C_ENV: copie80(dem.chemin_env, v); break;
-    case C_UTI: copie80(dem.chemin_uti, v); break;
+    case C_ENV: copie_chemin(dem.chemin_env, v, "env", signale); break;
+    case C_UTI: copie_chemin(dem.chemin_uti, v, "uti", signale); break;
     case C_SON: break;  // read, and of no use
     case C_LAN: pose_lan(v); break;
     case C_COD: dem.cle_code = v.empty() ? "*" : std::string(v); break;
     case C_DEB: dem.debug = true; break;
     case C_MAL: dem.mal = v.empty() ? 100000 : entier(v); break;
     case C_INI:
-      if (ligne_commande) copie80(dem.chemin_init, v);
+      if (ligne_commande) copie_chemin(dem.chemin_init, v, "ini", signale);
       break;
     case C_SYS: dem.sysinfo = true; break;
     case C_ID: dem.sans_id = true; break;
@@ -138,19 +151,18 @@ void lit_entrees(const char* texte, const char* fichier, bool sys_seul, F f) {
 }  // namespace
 
 void cles_ligne_commande(int argc, char** argv, bool premiere) {
-  (void)premiere;
   for (int i = 1; i < argc; ++i) {
     char nom[4];
     const char* p = saute_blancs(nom3(argv[i], nom));
     if (*p == '=') p = saute_blancs(p + 1);
-    applique(cle_de(nom), p, true);
+    applique(cle_de(nom), p, true, !premiere);
   }
 }
 
 void cles_enva(const char* texte) {
   lit_entrees(texte, "enva.h", true, [](const char* nom, std::string_view v) {
     Cle c = cle_de(nom);
-    if (c != C_INI) applique(c, v, false);
+    if (c != C_INI) applique(c, v, false, true);
   });
 }
 
@@ -168,7 +180,7 @@ void applique_graphique(const char* nom, std::string_view v, bool ligne_commande
   else if (std::strcmp(nom, "ale") == 0) ecran.ale = std::atoi(t);
   else if (std::strcmp(nom, "gra") == 0) ecran.gra = std::atoi(t) != 0;
   else if (std::strcmp(nom, "hau") == 0) ecran.hau = std::strtof(t, nullptr);
-  else if (std::strcmp(nom, "lig") == 0) ecran.lig = static_cast<int>(std::strtof(t, nullptr));
+  else if (std::strcmp(nom, "lig") == 0) ecran.lig = entier_sature(std::strtof(t, nullptr));
   else if (std::strcmp(nom, "mac") == 0) {
     std::size_t n = s.size() < 80 ? s.size() : 80;
     std::memcpy(dem.machine2, t, n);

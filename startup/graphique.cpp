@@ -73,8 +73,8 @@ void init_graphique(int argc, char** argv, bool aide) {
   if (ecran.hauteur & 1) ++ecran.hauteur;
   if (ecran.hau > 1) {
     std::printf("HAUTE DEFINITION: (%d,%d)", ecran.largeur, ecran.hauteur);
-    ecran.largeur = static_cast<int>(ecran.largeur * ecran.hau);
-    ecran.hauteur = static_cast<int>(ecran.hauteur * ecran.hau);
+    ecran.largeur = entier_sature(static_cast<float>(ecran.largeur * ecran.hau));
+    ecran.hauteur = entier_sature(static_cast<float>(ecran.hauteur * ecran.hau));
     std::printf(" -> (%d,%d)\n", ecran.largeur, ecran.hauteur);
   } else if (ecran.hau == 0) {
     std::printf("Resolution %d * %d\n", ecran.largeur, ecran.hauteur);

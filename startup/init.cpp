@@ -130,7 +130,7 @@ void charge_environnements(const std::string& rep, const FichiersEnv* envs, int 
 
 void ajoute_barre(char* chemin) {
   std::size_t n = std::strlen(chemin);
-  if (n > 0 && n < 79 && chemin[n - 1] != '/') std::strcpy(chemin + n, "/");
+  if (n > 0 && n <= LONG_CHEMIN && chemin[n - 1] != '/') std::strcpy(chemin + n, "/");
 }
 
 [[noreturn]] void echec_pile(const char* texte, long dim) {

@@ -2,6 +2,9 @@
 #pragma once
 #include <string>
 
+// A key value longer than its bound: refused.
+constexpr int M_CHEMIN_LONG = 112;
+
 // Key readers.
 void cles_ligne_commande(int argc, char** argv, bool premiere);
 void cles_enva(const char* texte);

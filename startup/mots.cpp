@@ -134,8 +134,8 @@ void mots_reinit_etats(bool actifs) {
 int mots_liste() {
   int n;
   reel* page = mot_valeur(0, 36, &n);
-  int largeur = page && n > 0 && page[0] > 0 ? static_cast<int>(page[0]) : 80;
-  int longueur = page && n > 1 && page[1] > 0 ? static_cast<int>(page[1]) : 24;
+  int largeur = page && n > 0 && page[0] > 0 ? entier_sature(page[0]) : 80;
+  int longueur = page && n > 1 && page[1] > 0 ? entier_sature(page[1]) : 24;
   int lignes = 0;
   auto nouvelle_ligne = [&]() {
     std::putchar('\n');

@@ -318,7 +318,7 @@ int histoire(int mode, mot* args) {
   if (!x) {
     int nb = 0;
     reel* page = mot_entree(0, A_EDI) ? mot_valeur(0, A_EDI, &nb) : nullptr;
-    long longueur = page && nb > 1 && page[1] > 0 ? static_cast<long>(page[1]) : 24;
+    long longueur = page && nb > 1 && page[1] > 0 ? entier_sature(page[1]) : 24;
     mot* h = texte_historique();
     const char* t = h ? bloc_texte(h) : "";
     for (long k = 1, lignes = 0; *t; ++k) {
@@ -338,8 +338,8 @@ int histoire(int mode, mot* args) {
   std::string lignes[16];
   long m = n < 16 ? n : 16;
   for (long k = 0; k < m; ++k)
-    if (!ligne_historique(static_cast<long>(x[k]), lignes[k])) {
-      std::printf("%ld: ", static_cast<long>(x[k]));
+    if (!ligne_historique(entier_sature(x[k]), lignes[k])) {
+      std::printf("%d: ", entier_sature(x[k]));
       message(0, M_VALEUR);
       return ECHEC;
     }

@@ -72,11 +72,14 @@ bool fin_de_nom(unsigned char c);
 const char* lit_nom(const char* p, char* dst, int taille);  // null if too long
 
 // ---- start-up state --------------------------------------------------------
+// A path given by a key holds at most 80 characters; its buffer has room
+// for the "/" that start-up adds and the closing NUL.
+constexpr std::size_t LONG_CHEMIN = 80;
 struct Demarrage {
-  char chemin_init[80] = "";
+  char chemin_init[LONG_CHEMIN + 2] = "";
   std::string repertoire;  // directory of the vocabulary files (init file's first line)
-  char chemin_env[80] = "";
-  char chemin_uti[80] = "";
+  char chemin_env[LONG_CHEMIN + 2] = "";
+  char chemin_uti[LONG_CHEMIN + 2] = "";
   char machine[81] = "";
   char machine2[81] = "";
   int code_machine = -1;

@@ -40,7 +40,10 @@ TEST_F(Evaluateur, ArithmeticEdges) {
   EXPECT_EQ(imprime("1 ~ 1.005"), "1.000000 \n");  // within the tolerance of opt
   EXPECT_EQ(imprime("1 ~ 1.05"), "0.000000 \n");
   EXPECT_EQ(imprime("! ( 1 , ( 0 , 2 ) )"), "0.000000 1.000000 0.000000 \n");
-  EXPECT_EQ(imprime("3e9 % 2"), "0.000000 \n");  // clamped to the largest integer, no trap
+  EXPECT_EQ(imprime("3e9 % 2"), "0.000000 \n");  // past every int32, still exact
+  EXPECT_EQ(imprime("3e9 % 7"), "4.000000 \n");
+  EXPECT_EQ(imprime("( 0 - 1e30 ) % 1e29"), "0.000000 \n");
+  EXPECT_EQ(imprime("( 0 - 7.9 ) % 3"), "-1.000000 \n");
 }
 
 TEST_F(Evaluateur, PowerOnUnlikeLengthsKeepsItsOwnCycle) {
