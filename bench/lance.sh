@@ -13,3 +13,7 @@ $py -c 'import numpy' 2>/dev/null || py=/usr/bin/python3
 $py bench/geom_numpy.py build/bench/bench_geom
 bash bench/langage.sh
 bash bench/attributs.sh
+# PIL may live only with the system's python too.
+py=python3
+$py -c 'import PIL' 2>/dev/null || py=/usr/bin/python3
+$py bench/images.py build/bench/bench_image

@@ -108,16 +108,27 @@ int forme_commande(mot* bloc, mot* valeur, const mot*) {
     }
   });
   if (!f.e || valeur || f.cibles.genre != B_VOL) return POUR_ATTRIBUT;
-  // A grid without sizes is the generic creation of a volume of that kind.
-  if (f.e[2] == B_GRILLE && !el_valeur(f.e)) {
-    int r = objet_cree_phrase(bloc);
-    return r < 0 || r == POUR_ATTRIBUT ? r : rend_rien(bloc);
+  if (!el_valeur(f.e)) {
+    // On a named volume a shape keyword with no sizes reads its attribute
+    // (the sizes a grid was made with), and the volume stays as it is.
+    // Alone, `grille` is the generic creation of a volume of that kind, and
+    // another shape is made with its defaults.
+    if (f.cibles.ids) return POUR_ATTRIBUT;
+    if (f.e[2] == B_GRILLE) {
+      int r = objet_cree_phrase(bloc);
+      return r < 0 || r == POUR_ATTRIBUT ? r : rend_rien(bloc);
+    }
   }
   f.n = lit_params(f.e, f.v, 6);
   if (f.n < 0) return -1;
   if (f.n > valeurs_max(f.e[2])) return mauvais_argument(f.e, MES_INDICE);
-  Objet* t = objet_cree(1, B_VOL, 0, nullptr, nullptr, NUMERO_TRAVAIL);
-  if (!t) return -1;
+  // The scratch volume stays out of the object table: no search meets it,
+  // and the next number of a volume is counted without it.
+  Objet scratch{};
+  scratch.env = 1;
+  scratch.type = B_VOL;
+  scratch.numero = NUMERO_TRAVAIL;
+  Objet* t = &scratch;
   if (construit(t, f)) {
     objet_supprime(t);
     return -1;

@@ -39,7 +39,7 @@ mot* ima_lit_bmp(const char* chemin) {
   if (debut < 14 + taille_info || debut > f.size() || static_cast<long>(f.size() - debut) / pas < h)
     return ima_erreur_fichier(chemin, 1, MES_IMA_FICHIER);
   if (trace_ima()) std::printf("nom=%s x=%ld y=%ld\n", chemin, w, h);
-  mot* b = ima_alloue(w, h);
+  mot* b = ima_alloue_nu(w, h);
   if (!b) return nullptr;
   for (long y = 0; y < h; ++y) {
     const octet* q = p + debut + pas * (descendant ? h - 1 - y : y);

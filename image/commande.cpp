@@ -237,7 +237,7 @@ int copie(mot* bloc, const Phrase& p) {
     if (rd.x1 > rd.x2) std::swap(rd.x1, rd.x2);
     if (rd.y1 > rd.y2) std::swap(rd.y1, rd.y2);
     long w = static_cast<long>(rd.x2) - rd.x1 + 1, h = static_cast<long>(rd.y2) - rd.y1 + 1;
-    dst = ima_alloue(w, h);
+    dst = ima_alloue_nu(w, h);  // the copy fills it whole
     if (!dst) return -1;
     rd = Rect{0, 0, static_cast<int>(w) - 1, static_cast<int>(h) - 1};
   }

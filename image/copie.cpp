@@ -127,7 +127,7 @@ void proche(const mot* src, Rect rs, mot* dst, Rect rd, double rx, double ry) {
 int ima_copie(const mot* src, Rect rs, mot* dst, Rect rd) {
   mot* temporaire = nullptr;
   if (src == dst) {
-    temporaire = ima_alloue(rs.l(), rs.h());
+    temporaire = ima_alloue_nu(rs.l(), rs.h());
     if (!temporaire) return -1;
     if (!lignes_ima.taille(rs.l())) {
       bloc_libere_force(temporaire);

@@ -13,6 +13,12 @@ ImaFenetre ima_fenetre;
 bool ima_taille_ok(long w, long h) { return w >= 1 && h >= 1 && w <= IMA_PIXELS_MAX && h <= IMA_PIXELS_MAX / w; }
 
 mot* ima_alloue(long w, long h) {
+  mot* b = ima_alloue_nu(w, h);
+  if (b) std::memset(b + IMA_ENTETE, 0, sizeof(mot) * (b[0] - IMA_ENTETE));
+  return b;
+}
+
+mot* ima_alloue_nu(long w, long h) {
   if (!ima_taille_ok(w, h)) {
     std::printf("%ld x %ld: ", w, h);
     message(1, MES_IMA_TAILLE);
@@ -27,7 +33,9 @@ mot* ima_alloue(long w, long h) {
   b[4] = static_cast<mot>(w);
   b[5] = static_cast<mot>(h);
   b[6] = static_cast<mot>(octets);
-  std::memset(b + IMA_ENTETE, 0, sizeof(mot) * (mots - IMA_ENTETE));
+  // The spare words behind the pixels are cleared; the pixels are the
+  // caller's to fill.
+  std::memset(b + IMA_ENTETE + octets / 4, 0, sizeof(mot) * (mots - IMA_ENTETE - octets / 4));
   return b;
 }
 

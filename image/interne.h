@@ -26,6 +26,8 @@ struct Lignes {
 };
 extern Lignes lignes_ima;
 
+// A block whose pixels are left unset, for a reader that fills them all.
+mot* ima_alloue_nu(long w, long h);
 // A file reader's failure: the path, then the message; null.
 mot* ima_erreur_fichier(const char* chemin, int env, int n);
 // Float to a pixel coordinate or size: truncated, and held within +-2^30 so

@@ -55,7 +55,7 @@ int decode(const std::vector<octet>& f, mot** sortie, long* lw, long* lh) {
     jpeg_destroy_decompress(&d);
     return 1;
   }
-  b = ima_alloue(w, h);
+  b = ima_alloue_nu(w, h);
   if (!b) {
     jpeg_destroy_decompress(&d);
     return 4;

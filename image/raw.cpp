@@ -30,7 +30,7 @@ mot* ima_lit_raw(const char* chemin) {
     return nullptr;
   }
   if (static_cast<long>(f.size()) - 8 < 4 * w * h) return ima_erreur_fichier(chemin, 1, MES_IMA_FICHIER);
-  mot* b = ima_alloue(w, h);
+  mot* b = ima_alloue_nu(w, h);
   if (!b) return nullptr;
   const octet* p = f.data() + 8;
   for (long y = 0; y < h; ++y) {

@@ -29,6 +29,7 @@ bool second_niveau(int ord) { return ord == B_FAC || ord == B_SOMMET || ord == B
 
 struct Chemin {
   int type = 0;
+  int identite = 0;          // a57 or a82 with no argument: the number or name is read
   mot* ids = nullptr;        // identifiers of the objects
   mot* selection = nullptr;  // rows chosen by a second-level keyword
   mot* acces = nullptr;      // the value to write, when an argument stands
@@ -43,13 +44,22 @@ long compte(const mot* a) {
   return a[1] == BLOC_REEL ? a[0] - 4 : a[2];
 }
 
-// Row k (1-based) of a selection.
-long rangee(const mot* s, long k) {
-  // A float that is no int32 names no row: passed over like a row below 1.
-  mot r = 0;
-  if (s[0] < 0) return reel_entier(lit_reel(s + 1), &r) ? r : 0;
-  return s[1] == BLOC_REEL && reel_entier(lit_reel(s + 3 + k), &r) ? r : 0;
+// The float naming row k (1-based) of a selection; 0 for elements of other
+// kinds, which name no row.
+float reel_rangee(const mot* s, long k) {
+  if (s[0] < 0) return lit_reel(s + 1);
+  return s[1] == BLOC_REEL ? lit_reel(s + 3 + k) : 0.f;
 }
+
+// Row k of a selection, for a read: a float that is no int32 names no row
+// and is passed over like a row below 1.
+long rangee(const mot* s, long k) {
+  mot r = 0;
+  return reel_entier(reel_rangee(s, k), &r) ? r : 0;
+}
+
+// The words a Bloc of values may hold: the arena's 4 GiB.
+constexpr long MOTS_VALEUR_MAX = 0x3fffffff;
 
 // The value as floats: a block, or a scalar pair.
 bool flottants(const mot* v, const reel** x, long* n) {
@@ -110,9 +120,18 @@ int ecrire_attribut(Objet* o, const Chemin& c, const mot* v) {
   }
   long w = mot_dim(c.paires[2 * c.n - 2], c.paires[2 * c.n - 1]);
   if (w <= 0) w = n;
+  if (w <= 0) w = 1;
   long sel = c.selection ? compte(c.selection) : 0;
+  // Every selected row goes through one checked conversion, bounded by what
+  // a block of rows of this width can hold, before anything is allocated:
+  // the count that sizes the block is the count that clears and fills it.
   long rangs = 1;
-  for (long k = 1; k <= sel; ++k) rangs = std::max(rangs, rangee(c.selection, k));
+  const mot max = static_cast<mot>((MOTS_VALEUR_MAX - 4 - (4 + 2 * MAX_PAIRES)) / w);
+  for (long k = 1; k <= sel; ++k) {
+    mot r;
+    if (entier_de(reel_rangee(c.selection, k), &r, INT32_MIN, max) < 0) return -1;
+    rangs = std::max(rangs, static_cast<long>(r));
+  }
   int pos;
   mot* ancien = attribut_trouve_pos(o, &pos, c.n, c.paires);
   mot* q = ancien ? ancien + ancien[2] : nullptr;
@@ -167,6 +186,20 @@ int lire_attribut(Objet* o, const Chemin& c, mot* acc, const mot* limite) {
   return 0;
 }
 
+// vol(1) num, vol("tete") nom: the number or the name of the first object
+// found; nil when there is none.
+int identite(mot* bloc, const mot* limite, const Chemin& c) {
+  for (long i = 1, nb = compte(c.ids); i <= nb; ++i) {
+    Objet* o = objet_trouve_arg(1, c.type, c.ids, static_cast<int>(i));
+    if (!o) continue;
+    if (c.identite == A_NUM) return resultat_scalaire(bloc, limite, static_cast<float>(o->numero));
+    const char* n = o->nom ? o->nom : "";
+    return resultat_chaine(bloc, limite, n, std::strlen(n));
+  }
+  resultat_nil(bloc);
+  return 0;
+}
+
 int dump_attributs(mot* bloc) {
   for (Objet* o = piles.obj_base; o < piles.obj_haut; ++o) {
     if (o->type <= 0 || !o->donnees || o->donnees[0] < 4 || o->donnees[1] != BLOC_BLOCS) continue;
@@ -211,7 +244,9 @@ int attribut(mot* bloc, mot* valeur, const mot* limite) {
   for (mot k = 0; k < bloc[2]; ++k, e = element_suivant(e)) {
     if (e[1] < 0 || e[1] > 1) return e[1] < 0 ? 1 : e[1];
     if (e[1] == 0 && (e[2] == A_NUM || e[2] == A_NOM)) {
-      c.ids = argument(e);
+      // With an argument it names the objects; without, it asks for theirs.
+      if (argument(e)) c.ids = argument(e);
+      else c.identite = e[2];
       continue;
     }
     if (e[1] == 1 && type_objet(e[2]) && !c.type) {
@@ -229,6 +264,7 @@ int attribut(mot* bloc, mot* valeur, const mot* limite) {
     if (e[1] == 1 && second_niveau(e[2])) c.selection = argument(e);
     else c.acces = argument(e);
   }
+  if (c.type && c.ids && c.n == 0 && c.identite && !valeur) return identite(bloc, limite, c);
   if (!c.type || !c.ids || c.n == 0) {
     resultat_nil(bloc);
     return 0;

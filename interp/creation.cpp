@@ -10,13 +10,16 @@
 
 namespace {
 // Clauses that generic creation reads: the type, the kinds of volume, f4,
-// and the number and name clauses.
-bool clause_de_creation(const mot* e, bool premier) {
-  if (e[1] == 0) return e[2] == A_NUM || e[2] == A_NOM;
+// and the number and name clauses. After the first element a clause creates
+// only when it carries its value (`vol nom("tete")`, `vol(1) b118(2)`):
+// without one it is a read (`vol(1) nom`, `vol(1) b117`), which must leave
+// the object as it is.
+bool clause_de_creation(mot* e, bool premier) {
+  if (e[1] == 0) return (e[2] == A_NUM || e[2] == A_NOM) && argument(e);
   if (e[1] != 1) return false;
   switch (e[2]) {
     case B_SORTE_14: case B_SORTE_117: case B_SORTE_118: case B_SORTE_133: case B_F4:
-      return true;
+      return premier || argument(e);
   }
   return premier;
 }

@@ -1,35 +1,62 @@
 // The statement walker of one code block: control flow over the offsets
 // that link put in the heads of si, tantque, pour and selon.
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 
 #include "interp/interne.h"
 
 namespace {
 // The limit, the step and the variable of a counting pour belong to one run
 // of the function: a recursive call walks the same head with its own.
+//
+// The running loops of one run form a stack in the order of their nesting:
+// a loop's body is the words from its head to its exit, so a loop whose
+// body does not hold a head being entered is over (left by its end, sortir
+// or a jump) and leaves the stack. The stack is thus as deep as the
+// nesting, whatever the number of loops in the function, and nothing that
+// is still running is ever dropped: it grows past its first 16 entries.
 struct Boucle {
   mot* tete;
   Objet* variable;
   float limite, pas;
 };
-struct Boucles {
-  int n = 0, dernier = 0;
-  Boucle b[8];
+inline bool contient(const mot* tete, const mot* p) { return p > tete && p < tete + tete[9]; }
 
+struct Boucles {
+  int n = 0, cap = 16;
+  Boucle* b = locales;
+  Boucle locales[16];
+  std::unique_ptr<Boucle[]> tas;
+
+  Boucles() = default;
+  Boucles(const Boucles&) = delete;
+  Boucles& operator=(const Boucles&) = delete;
+
+  // The loop of that head, the loops inside it being over; null if it is
+  // not running in this run.
   Boucle* cherche(mot* tete) {
-    if (n && b[dernier].tete == tete) return &b[dernier];
-    for (int k = 0; k < n; ++k)
-      if (b[k].tete == tete) return &b[dernier = k];
+    for (int k = n - 1; k >= 0; --k)
+      if (b[k].tete == tete) {
+        n = k + 1;
+        return &b[k];
+      }
     return nullptr;
   }
+  // Entering the head: the loops that do not hold it are over.
   Boucle* ajoute(mot* tete) {
-    Boucle* x = cherche(tete);
-    if (x) return x;
-    int k = n < 8 ? n++ : (dernier + 1) % 8;
-    dernier = k;
-    b[k].tete = tete;
-    return &b[k];
+    while (n > 0 && b[n - 1].tete != tete && !contient(b[n - 1].tete, tete)) --n;
+    if (n > 0 && b[n - 1].tete == tete) return &b[n - 1];
+    if (n == cap) {
+      auto plus = std::make_unique<Boucle[]>(2 * static_cast<std::size_t>(cap));
+      std::copy(b, b + n, plus.get());
+      tas = std::move(plus);
+      b = tas.get();
+      cap *= 2;
+    }
+    b[n] = Boucle{tete, nullptr, 0, 1};
+    return &b[n++];
   }
 };
 
@@ -80,8 +107,10 @@ mot* pour_test(mot* h, Boucles& boucles, bool increment) {
   Boucle* b = boucles.cherche(h);
   Boucle secours;
   if (!b) {
-    // Entered by a jump from outside: the head keeps the last values.
-    secours = {h, static_cast<Objet*>(mot_vers_ptr(h[3])), lit_reel(h + 5), lit_reel(h + 7)};
+    // Entered by a jump from outside: the head keeps the last limit and
+    // step; the variable is this run's own, never the record another run
+    // left in the head (a recursive call's frame is gone by now).
+    secours = {h, variable_de(h + h[2] + 2), lit_reel(h + 5), lit_reel(h + 7)};
     b = &secours;
   }
   mot* x = b->variable ? b->variable->donnees : nullptr;

@@ -24,6 +24,25 @@ TOUJOURS_EN_LIGNE bool binaire_scalaire(const mot* p, mot* base) {
   return true;
 }
 
+// A view holds addresses into its base, good only until the base changes:
+// one that is read, not written through, becomes its elements before any
+// other code runs (an argument, the operand of an operator).
+int vue_en_valeur(mot* v) {
+  mot* t = piles.eva_haut > v + v[0] ? piles.eva_haut : v + v[0];
+  int r = materialiser(t, v, piles.eva_limite);
+  if (r < 0) return r;
+  std::memmove(v, t, static_cast<std::size_t>(t[0]) * sizeof(mot));
+  piles.eva_haut = v + v[0];
+  return 0;
+}
+
+// Does an operator that follows a view only read it?
+inline bool lit_seulement(const mot* p) {
+  if (p[0] != IT_OP) return false;
+  mot op = p[1];
+  return !fermant(op) && op != '=' && op != OP_INCR && op != OP_DECR && !operateur_compose(op);
+}
+
 // A call: its header, then each argument evaluated behind it; it runs as
 // soon as its arguments are there, and its value takes its place.
 TOUJOURS_EN_LIGNE mot* appel(mot* p, mot* haut, int* etat) {
@@ -48,6 +67,11 @@ TOUJOURS_EN_LIGNE mot* appel(mot* p, mot* haut, int* etat) {
     }
     p = evaluer_groupe(p, q, etat);
     if (!p) return nullptr;
+    if (est_vue(q)) {
+      // The later arguments may change what it looks at.
+      int r = vue_en_valeur(q);
+      if (r < 0) return echec(r);
+    }
     // An assignment as argument leaves its variable: the value is wanted.
     if (q[0] == IT_GLOBAL || q[0] == IT_LOCAL || q[0] == IT_STATIQUE) {
       int r = evaluer_valeur(q, piles.eva_limite);
@@ -104,6 +128,41 @@ inline mot* cible_scalaire(const mot* it) {
   mot* b = o->donnees;
   return b && b != bloc_nil && b[0] == 5 && b[1] == BLOC_REEL ? b : nullptr;
 }
+
+// ((v[i]) op (...)) with op = or a compound assignment: the right group,
+// where the ( ) behind the target's closes the whole group, or null.
+inline mot* droite_de_cible_indexee(mot* p) {
+  const mot* v = p + 2;
+  if (v[0] != IT_LOCAL && v[0] != IT_GLOBAL && v[0] != IT_STATIQUE) return nullptr;
+  if (v[2] != IT_OP || (v[3] != '[' && v[3] != '{')) return nullptr;
+  mot* f = fin_groupe(p + 4);
+  if (f[0] != IT_OP || f[1] != ')') return nullptr;
+  mot* o = f + 2;
+  if (o[0] != IT_OP || (o[1] != '=' && !operateur_compose(o[1]))) return nullptr;
+  mot* d = o + 2;
+  if (d[0] != IT_OP || d[1] != '(') return nullptr;
+  mot* e = fin_groupe(d);
+  return e[-2] == IT_OP && e[-1] == ')' && e[0] == IT_OP && e[1] == ')' ? d : nullptr;
+}
+
+// Writing through an index, the right side runs first, then the target is
+// indexed: the view then looks at the block that the variable holds after
+// whatever the right side did to it (a call may well have replaced it).
+mot* affecte_indexee(mot* p, mot* droite, mot* base, int* etat) {
+  mot* q = evaluer_groupe(droite, base, etat);
+  if (!q || *etat == 2) return q;
+  int r = copie_valeur(base, piles.eva_limite);
+  if (r < 0) return echec(r);
+  mot* cible = base + taille_item(base);
+  piles.eva_haut = cible;
+  if (!evaluer_groupe(p, cible, etat)) return nullptr;
+  r = operer(cible, droite[-1], base, 0, nullptr);
+  if (r < 0) return echec(r);
+  mot n = taille_item(cible);
+  std::memmove(base, cible, static_cast<std::size_t>(n) * sizeof(mot));
+  piles.eva_haut = base + n;
+  return q + 2;
+}
 }  // namespace
 
 mot* evaluer_groupe(mot* item, mot* base, int* etat) {
@@ -159,6 +218,9 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
       p = q;
     }
   }
+  else if (ouvre == '(' && p[0] == IT_OP && p[1] == '(') {
+    if (mot* droite = droite_de_cible_indexee(p)) return affecte_indexee(p, droite, base, etat);
+  }
   else if (ouvre == '(' && p[0] > 0 && (p[1] == BLOC_OBJET || p[1] == BLOC_NOM)) {
     // (f(...)): the call's value is the group's.
     mot* q = appel(p, base, etat);
@@ -208,6 +270,11 @@ mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat) {
               return q;
             }
             p = q;
+            if (est_vue(haut) && lit_seulement(p)) {
+              // Its operand, on the right, may change the view's base.
+              int r = vue_en_valeur(haut);
+              if (r < 0) return echec(r);
+            }
             haut = piles.eva_haut;
             continue;
           }

@@ -67,6 +67,10 @@ const char* nom_slot(const Objet* fonction, int i);
 // Text of a string value, or null.
 const char* texte_de(mot* v);
 
+// The operator that a compound assignment applies (+ for +=); 0 for others.
+mot operateur_compose(mot op);
+inline bool est_vue(const mot* v) { return v[0] > 0 && (v[1] == VAL_VUE || v[1] == VAL_VUE3); }
+
 // Runs the postfix increments that waited for the end of their group.
 void differes_execute(Differes* differes);
 // The blocks of raw text (aide, err) as values.

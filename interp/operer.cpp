@@ -7,18 +7,6 @@
 #include "interp/interne.h"
 #include "interp/noyaux.h"
 
-namespace {
-
-float tolerance() {
-  static float t = -1;
-  if (t < 0) {
-    int n = 0;
-    reel* v = mot_entree(0, A_OPT) ? mot_defaut(0, A_OPT, &n) : nullptr;
-    t = v && n > 0 ? v[0] : 0.0f;
-  }
-  return t;
-}
-
 // Compound assignment codes to the operator they apply; 0 for the others.
 mot operateur_compose(mot op) {
   switch (op) {
@@ -36,6 +24,19 @@ mot operateur_compose(mot op) {
   }
   return 0;
 }
+
+namespace {
+
+float tolerance() {
+  static float t = -1;
+  if (t < 0) {
+    int n = 0;
+    reel* v = mot_entree(0, A_OPT) ? mot_defaut(0, A_OPT, &n) : nullptr;
+    t = v && n > 0 ? v[0] : 0.0f;
+  }
+  return t;
+}
+
 
 void imprime_operateur(mot op) {
   switch (op) {
@@ -377,7 +378,33 @@ int rend(mot* cible, const Valeur& v, mot* resultat) {
 }
 
 // ---- ++, --, ! ------------------------------------------------------------------
+// ++ and -- on a view of floats (x[1]++, ++x{0}) change the elements it
+// addresses. They change at once, postfix too: a view's addresses hold only
+// while nothing else runs, and nothing does between a postfix and the end
+// of its group, every operator having brackets of its own; the old value
+// is the postfix's result all the same.
+int incremente_vue(mot* g, float pas, int prefixe) {
+  const long n = g[2];
+  const int largeur = g[1] == VAL_VUE3 ? 3 : 1;
+  auto change = [&] {
+    for (long k = 0; k < n; ++k) {
+      reel* x = reels(bloc_pointe(g[4 + k]));
+      for (int c = 0; c < largeur; ++c) x[c] += pas;
+    }
+  };
+  if (prefixe) change();
+  mot* r = piles.eva_haut;
+  int e = materialiser(r, g, piles.eva_limite);
+  if (e < 0) return e;
+  if (!prefixe) change();
+  std::memmove(g, r, static_cast<std::size_t>(r[0]) * sizeof(mot));
+  piles.eva_haut = g + g[0];
+  return 0;
+}
+
 int incremente(mot* g, mot op, int prefixe, Differes* differes) {
+  if (g[0] > 0 && (g[1] == VAL_VUE || g[1] == VAL_VUE3) && g[3] == BLOC_REEL)
+    return incremente_vue(g, op == OP_INCR ? 1.0f : -1.0f, prefixe);
   mot* haut = piles.eva_haut;
   mot* v = lisible(g, &haut);
   if (!v) return interp.code;

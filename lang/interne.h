@@ -157,6 +157,9 @@ mot entree_mot(int env, int ordinal);  // arena word of the record, or 0
 // Offset of the entry of that kind and name in the run, or 0.
 long sym_cherche(Compil& c, mot sorte, const char* nom);
 long sym_cherche_index(Compil& c, mot sorte, mot index);
+// The name the user wrote for a variable or call item of the code being
+// compiled, or null for other items.
+const char* sym_nom_item(Compil& c, const mot* p);
 // Adds an entry, with one or two copies of a value block; its offset, or
 // DEBORDE/-1.
 long sym_ajoute(Compil& c, mot sorte, const char* nom, const mot* valeur, int copies);

@@ -59,9 +59,11 @@ bool prefixe(const mot* p) {
 }
 
 int mauvais(Ops& o, const mot* p, const mot* code) {
-  lister_item(code, p);
+  // A variable or a call is shown by the word that was typed, not by the
+  // slot the compiler gave it.
+  if (const char* nom = sym_nom_item(o.c, p)) std::printf("%s ", nom);
+  else lister_item(code, p);
   message(0, M_OPERATEUR);
-  (void)o;
   return -1;
 }
 

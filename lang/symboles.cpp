@@ -53,6 +53,32 @@ long sym_cherche_index(Compil& c, mot sorte, mot index) {
   return 0;
 }
 
+const char* sym_nom_item(Compil& c, const mot* p) {
+  mot sortes[2] = {0, 0};
+  mot index = p[0] < 0 ? p[1] : p[0] >= 3 ? p[2] : 0;
+  if (p[0] < 0) {
+    switch (p[0]) {
+      case CEL_GLOBAL: case CEL_REF_GLOBAL: sortes[0] = SYM_GLOBAL; break;
+      case CEL_STATIQUE: case CEL_REF_STATIQUE: sortes[0] = SYM_STATIQUE; break;
+      case CEL_LOCAL: case CEL_REF_LOCAL: sortes[0] = SYM_LOCAL, sortes[1] = SYM_FORMEL_FONC; break;
+      default: return nullptr;
+    }
+  } else if (p[0] >= 3 && p[1] == BLOC_APPEL) {
+    sortes[0] = SYM_APPEL;
+  } else if (p[0] >= 3 && p[1] == BLOC_APPEL_FORMEL) {
+    sortes[0] = SYM_FORMEL_FONC;
+  } else {
+    return nullptr;
+  }
+  for (mot sorte : sortes) {
+    if (!sorte) continue;
+    long i = sym_cherche_index(c, sorte, index);
+    if (!i && index < 0) i = sym_cherche_index(c, sorte, -index);
+    if (i) return sym_nom(sym_entree(c, i));
+  }
+  return nullptr;
+}
+
 long sym_ajoute(Compil& c, mot sorte, const char* nom, const mot* valeur, int copies) {
   long lg = static_cast<long>(std::strlen(nom));
   mot n_nom = static_cast<mot>(lg / 4 + 2);

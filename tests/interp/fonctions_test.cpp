@@ -84,6 +84,31 @@ TEST_F(Interne, ClampingRoundingAndReductions) {
   EXPECT_EQ(valeurs(b), (std::vector<float>{0.6f, 0.8f}));
 }
 
+TEST_F(Interne, FactorialOfWholeNumbersIsTheNearestFloat) {
+  std::vector<float> n;
+  for (int i = 0; i <= 35; ++i) n.push_back(static_cast<float>(i));
+  n.push_back(2.5f);
+  mot* b = phrase(F_FACT, n);
+  ASSERT_EQ(appelle(b), 0);
+  std::vector<float> f = valeurs(b);
+  double exact = 1;  // exact in a double up to 22!
+  for (int i = 0; i <= 22; ++i) {
+    if (i > 1) exact *= i;
+    EXPECT_EQ(f[i], static_cast<float>(exact)) << i << "!";
+  }
+  // Past 22! the nearest float of the decimal integer, read by strtof.
+  const std::pair<int, const char*> grands[] = {
+      {23, "25852016738884976640000"},
+      {25, "15511210043330985984000000"},
+      {27, "10888869450418352160768000000"},
+      {30, "265252859812191058636308480000000"},
+      {33, "8683317618811886495518194401280000000"},
+      {34, "295232799039604140847618609643520000000"}};
+  for (auto [i, texte] : grands) EXPECT_EQ(f[i], std::strtof(texte, nullptr)) << i << "!";
+  EXPECT_TRUE(std::isinf(f[35]));
+  EXPECT_NEAR(f[36], 3.323350970f, 1e-6f);  // gamma(3.5) between the integers
+}
+
 TEST_F(Interne, ShapesThatChangeTheLength) {
   mot* b = phrase(F_MODULE, {3, 4, 0, 0, 0, 2, 1});  // a short last triple
   appelle(b);

@@ -42,7 +42,8 @@ TEST(Messages, BadLines) {
       {"aller nulle", "nulle: M55\n 1: {aller nulle}\nM107\n"},
       {"externe -x", "-x: M60\n 1: {externe -x}\nM107\n"},
       {"x = * 2", "* M32\n 1: {x = * 2}\nM107\n"},
-      {"a b", "GLB1 M32\n 1: {a b}\nM107\n"},
+      {"a b", "b M32\n 1: {a b}\nM107\n"},
+      {"a f(1)", "f M32\n 1: {a f(1)}\nM107\n"},
       {"#include f(", "f: M9\n 1: {#include f(}\nM107\n"},
       {"#include \"/nonexistent/x\"", "/nonexistent/x: M36\n 1: {#include \"/nonexistent/x\"}\nM107\n"},
       {"x = v(((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((((("
