@@ -1,4 +1,4 @@
-// The executable: start-up, then the top level of the shell for ever. The
+// The executable: start-up, then the top level of the console shell for ever. The
 // end of the console's input ends the program with status 0; a restart
 // from the interruption menu comes back here by return codes.
 #include "interp/interp.h"
@@ -10,6 +10,6 @@ int main(int argc, char** argv) {
   interp_init();
   for (;;) {
     reprise_demandee = 0;
-    shell_inactif();
+    shell_console();
   }
 }

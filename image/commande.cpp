@@ -8,6 +8,8 @@
 //   ima(2) lim(10,20)          the colour of pixel (10, 20): r g b, 0 to 255
 //   ima(2) centre(10,20, 255,255,0)    pixel (10, 20) made yellow
 //   ima(5) planche("vue.raw", 1, 16)   a contact sheet of vue0001.raw on
+//   ima(1) vol(2)              the pixels' colours onto volume 2's vertices
+//   ima(1) scal("grande.png")  where image 1 fits best in the file's picture
 // A destination image other than the window is always made anew, of the
 // destination size; the window keeps its size and takes the copy in its
 // rectangle.
@@ -49,6 +51,8 @@ struct Phrase {
   mot* lit = nullptr;
   mot* ecrit = nullptr;
   mot* planche = nullptr;
+  mot* vol = nullptr;
+  mot* cherche = nullptr;
   mot* autre = nullptr;  // an element with no meaning here
 };
 
@@ -68,6 +72,10 @@ int lit_phrase(mot* bloc, Phrase* p) {
       p->ecrit = e;
     } else if (e[1] == 0 && e[2] == A_PLANCHE) {
       p->planche = e;
+    } else if (e[1] == 1 && e[2] == B_VOL_IMA) {
+      p->vol = e;
+    } else if (e[1] == 0 && e[2] == A_CHERCHE_IMA) {
+      p->cherche = e;
     } else if (!p->autre) {
       p->autre = e;
     }
@@ -266,6 +274,18 @@ int ima_commande(mot* bloc, mot* valeur, const mot* limite) {
     int r = ima_planche(a, p.source.numero, cw, ch);
     if (r >= 0) bloc[0] = 0;
     return r;
+  }
+  if (p.vol) {
+    Args a;
+    if (!lit_args(p.vol, &a) || !a.nom.empty() || a.x.empty()) return arg_mauvais(p.vol);
+    int r = ima_projette(p.source.numero, a);
+    if (r >= 0) bloc[0] = 0;
+    return r;
+  }
+  if (p.cherche) {
+    Args a;
+    if (!lit_args(p.cherche, &a) || a.nom.empty()) return arg_mauvais(p.cherche);
+    return ima_cherche(bloc, limite, p.source.numero, a.nom);
   }
   if (p.autre) {
     // Any other keyword of the phrase: not an image command of this system.

@@ -42,3 +42,9 @@ int lit_cote(const mot* e, Cote* c);
 // The contact sheet and the range read, in sequence.cpp.
 int ima_planche(const Args& a, int cible, int cw, int ch);
 int ima_lit_suite(const Args& a, int premier);
+// The image's colours onto the vertices of the volumes listed, in
+// projection.cpp.
+int ima_projette(int image, Args& vols);
+// Where image `image` fits best in the file's picture: x y and the mean
+// difference as value, in cherche.cpp.
+int ima_cherche(mot* bloc, const mot* limite, int image, const std::string& fichier);

@@ -61,7 +61,10 @@ mot* ima_ecran();
 int ima_ecran_retaille(int w, int h);
 // The window's side, registered by the display when a window exists: before
 // the working image is read, `avant_lecture` fills it from the frame; after
-// it was written, `apres_ecriture` shows it. Null hooks: nothing to do.
+// it was written or replaced, `apres_ecriture` shows it. A file read into
+// the working image replaces its block with one of the file's size: the
+// display then finds ima_ecran() of another size than the window and
+// resizes the window to it. Null hooks: nothing to do.
 struct ImaFenetre {
   void (*avant_lecture)() = nullptr;
   void (*apres_ecriture)() = nullptr;

@@ -26,7 +26,7 @@ bool Lignes::taille(long n) {
 
 int ima_entier(float x) {
   if (!(x == x)) return 0;
-  return static_cast<int>(std::clamp(x, -1073741824.0f, 1073741824.0f));
+  return std::clamp(entier_sature(x), -(1 << 30), 1 << 30);
 }
 
 namespace {

@@ -188,7 +188,8 @@ mot* sortie_de_boucle(mot* p) {
 void rapporte(int code) {
   if (code == ECHEC_CLOS || reprise_demandee) return;
   if (code == PILE_PLEINE) message(0, M_EVALUATION);
-  if (interp.fonction) std::printf("%s %d: ", nom_fonction(interp.fonction), interp.ligne);
+  if (interp.fonction)
+    std::printf("%s %d: ", nom_fonction(interp.fonction), ligne_fichier(interp.fonction, interp.ligne));
   echec_instruction();
 }
 }  // namespace

@@ -376,6 +376,37 @@ int nom_instruction(Canon& k, const char* d, const char* f) {
   return nom_simple(k, d, f);
 }
 
+// The head of a function: its name field, then the list of formals, copied
+// as it stands for pass 2 to read. The list holds names, commas and line
+// ends; a brace, a ";" or the end of the text ahead of its ")" leaves it
+// unclosed.
+int tete(Canon& k) {
+  const char* f = saute_champ(k.p);
+  met_n(k.o, k.p, f - k.p);
+  k.p = f;
+  while (est_blanc(*k.p)) met(k.o, *k.p++);
+  if (*k.p != '(') return 0;
+  met(k.o, *k.p++);
+  for (;;) {
+    char ch = *k.p;
+    if (ch == ')') {
+      met(k.o, ch);
+      ++k.p;
+      return 0;
+    }
+    if (ch == 0 || ch == '{' || ch == '}' || ch == ';') {
+      message(0, M_TETE);
+      return -1;
+    }
+    if (ch == MARQUE_LIGNE) {
+      copie_marque(k);
+    } else {
+      met(k.o, ch);
+      ++k.p;
+    }
+  }
+}
+
 // Statements, up to the closing brace of the body (fermant '}'), or to the
 // end of the text at the top.
 int instructions(Canon& k, char fermant) {
@@ -419,6 +450,8 @@ int instructions(Canon& k, char fermant) {
       met(k.o, ch);
       ++k.p;
       r = groupe(k);
+    } else if (ch == MARQUE_NOM && k.c.fonction) {
+      r = tete(k);
     } else if (jeton_commun(k, &r)) {
     } else if (debut_nom(p)) {
       const char* f = fin_nom_texte(p);

@@ -7,12 +7,12 @@
 // that reports give file lines), f2 and f3 the number of the file read.
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include "lang/interne.h"
 
 namespace {
-bool lit(const std::string& chemin, std::string& texte) { return lit_fichier(chemin.c_str(), texte); }
 
 // Steps over blanks, newlines, comments and strings where braces are
 // counted; counts the newlines.
@@ -57,11 +57,10 @@ void saute_entete_fichier(Lecteur& l) {
   }
 }
 
-// The end of a function's text: behind the brace that closes its first one;
-// null when no brace opens before the end.
+// The end of a function's text: behind the brace that closes its first one,
+// or the end of the file.
 const char* fin_fonction(Lecteur& l) {
   int prof = 0;
-  bool ouverte = false;
   while (l.p < l.fin) {
     char ch = *l.p;
     if (ch == '\n') {
@@ -75,17 +74,31 @@ const char* fin_fonction(Lecteur& l) {
       if (l.p >= l.fin || *l.p == '\n') continue;
     } else if (ch == '{') {
       ++prof;
-      ouverte = true;
     } else if (ch == '}' && --prof == 0) {
       return ++l.p;
     }
     ++l.p;
   }
-  return ouverte ? l.fin : nullptr;
+  // No brace: the rest of the file is the text, and its body is empty.
+  return l.fin;
 }
 
-Objet* range(const char* d, const char* f, const std::string& nom, int decalage) {
-  if (Objet* ancien = fonction_trouve(nom.c_str())) objet_supprime(ancien);
+// The function of that name in a group, or null.
+Objet* du_groupe(const std::string& nom, unsigned long groupe) {
+  const auto f2 = static_cast<std::uint16_t>(groupe & 0xffff);
+  const auto f3 = static_cast<std::uint16_t>((groupe >> 16) & 0xffff);
+  char t[TAILLE_NOM];
+  for (Objet* o = piles.obj_base; o && o < piles.obj_haut; ++o)
+    if (o->type == TYPE_FONCTION && o->sous_type == 0 && o->f2 == f2 && o->f3 == f3 &&
+        nom == nom_objet(o, t, sizeof t))
+      return o;
+  return nullptr;
+}
+
+// A function of the same name in another file stays: each group calls its
+// own. In the same file's group, the new text replaces the old.
+Objet* range(const char* d, const char* f, const std::string& nom, int decalage, unsigned long groupe) {
+  if (Objet* ancien = du_groupe(nom, groupe)) objet_supprime(ancien);
   std::size_t n = f - d;
   std::vector<mot> b(long_chaine(n), 0);
   b[0] = static_cast<mot>(b.size());
@@ -96,8 +109,8 @@ Objet* range(const char* d, const char* f, const std::string& nom, int decalage)
   Objet* o = objet_cree(0, TYPE_FONCTION, 0, b.data(), nom.c_str(), 0);
   if (!o) return nullptr;
   o->f1 = static_cast<std::uint16_t>(decalage > 65535 ? 65535 : decalage);
-  o->f2 = static_cast<std::uint16_t>(lang.lectures & 0xffff);
-  o->f3 = static_cast<std::uint16_t>((lang.lectures >> 16) & 0xffff);
+  o->f2 = static_cast<std::uint16_t>(groupe & 0xffff);
+  o->f3 = static_cast<std::uint16_t>((groupe >> 16) & 0xffff);
   return o;
 }
 
@@ -119,12 +132,12 @@ void execute(const char* texte) {
 }
 
 int lit_fonctions(const char* nom, bool avec_lien, bool signale) {
-  std::string texte;
-  if (!lire_fichier_recherche(nom, "fon", texte)) {
+  std::string texte, chemin;
+  if (!lire_fichier_recherche(nom, "fon", texte, &chemin)) {
     if (signale) erreur_fichier(nom);
     return -1;
   }
-  int n = fonctions_analyse(texte.c_str(), texte.size());
+  int n = fonctions_analyse(texte.c_str(), texte.size(), chemin.c_str());
   if (n < 0) return -1;
   const TableMots& t = vocab.tables[0];
   bool lie_a_la_lecture = vocab.nb_env > 0 && t.nb > A_LIEN && t.etats && t.etats[A_LIEN] != 0;
@@ -134,7 +147,13 @@ int lit_fonctions(const char* nom, bool avec_lien, bool signale) {
 }
 }  // namespace
 
-bool lire_fichier_recherche(const char* nom, const char* ext, std::string& texte) {
+bool lire_fichier_recherche(const char* nom, const char* ext, std::string& texte, std::string* chemin) {
+  std::string lu;
+  if (!chemin) chemin = &lu;
+  auto lit = [&](const std::string& c, std::string& t) {
+    *chemin = c;
+    return lit_fichier(c.c_str(), t);
+  };
   std::string base = nom;
   if (ext) {
     std::string e = std::string(".") + ext;
@@ -152,9 +171,16 @@ bool lire_fichier_recherche(const char* nom, const char* ext, std::string& texte
   return dem.chemin_env[0] && lit(std::string(dem.chemin_env) + base, texte);
 }
 
-int fonctions_analyse(const char* texte, std::size_t n) {
+int fonctions_analyse(const char* texte, std::size_t n, const char* fichier) {
   macros_globales_vide();
-  ++lang.lectures;
+  unsigned long groupe = ++lang.lectures;
+  if (fichier && *fichier) {
+    // Where the file lies now: the same file by another road is one group.
+    char* vrai = realpath(fichier, nullptr);
+    std::string cle = vrai ? vrai : fichier;
+    std::free(vrai);
+    groupe = lang.groupes.emplace(cle, groupe).first->second;
+  }
   Lecteur l{texte, texte + n};
   int compte = 0;
   while (l.p < l.fin) {
@@ -167,8 +193,8 @@ int fonctions_analyse(const char* texte, std::size_t n) {
     while (d < l.fin && !est_fin_nom(static_cast<unsigned char>(*d))) ++d;
     std::string nom(l.p, d);
     const char* fin = fin_fonction(l);
-    if (nom.empty() || !fin) continue;  // a text without braces is no function
-    if (!range(debut, fin, nom, decalage)) return -1;
+    if (nom.empty()) continue;
+    if (!range(debut, fin, nom, decalage, groupe)) return -1;
     ++compte;
   }
   fonctions_modifiees();

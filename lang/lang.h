@@ -11,6 +11,7 @@
 // the first word; a first word of 0 ends the run.
 #pragma once
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -137,6 +138,9 @@ struct Lang {
   int resultat_lie = 0;
   unsigned long numero_fonction = 0;  // fresh numbers of compiled functions
   unsigned long lectures = 0;         // function files read: the file groups
+  // The group of each file read: a file read again keeps its group, and
+  // its functions replace their namesakes of that group alone.
+  std::map<std::string, unsigned long> groupes;
 };
 extern Lang lang;
 
@@ -155,14 +159,18 @@ void fonctions_modifiees();         // a function was added, changed or deleted
 void lister_item(const mot* code, const mot* item);
 void lister_code(const Objet* o, int ligne);  // ligne 0: the whole block
 void lister_ligne(const Objet* o, int n);     // name, " %d: " and the source line
+// The line of its file where line n of a function's text stands: a file
+// holds several functions, and each text begins where the last one ended.
+int ligne_fichier(const Objet* o, int n);
 void lister_texte(const char* texte);         // normalised text of pass 1
 
 // ---- function store ------------------------------------------------------------
 // Reads the file nom.fon (current directory, user directory, environment
 // directory) into functions; -1 if it can't be read.
 int fonctions_lit(const char* nom, bool avec_lien);
-// The functions of a text, as if read from a file: how many were stored.
-int fonctions_analyse(const char* texte, std::size_t n);
+// The functions of a text, as if read from the file `fichier` (null: a
+// text of no file, a group of its own): how many were stored.
+int fonctions_analyse(const char* texte, std::size_t n, const char* fichier = nullptr);
 // A function by name, read from its file when no Objet bears it yet; null
 // after "%s: " and message 41.
 Objet* fonction_appel(const char* nom);
@@ -170,7 +178,8 @@ Objet* fonction_appel(const char* nom);
 // directory, then the environment directory; a name that begins with "."
 // only in the current directory. ext, when not null, is added as ".ext"
 // unless the name ends with it.
-bool lire_fichier_recherche(const char* nom, const char* ext, std::string& texte);
+bool lire_fichier_recherche(const char* nom, const char* ext, std::string& texte,
+                            std::string* chemin = nullptr);
 // Text of a function Objet (word 4 of its data), null if none.
 const char* fonction_texte(const Objet* o, std::size_t* n);
 

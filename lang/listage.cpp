@@ -262,10 +262,12 @@ const char* nom_objet(const Objet* o, char* tampon, int taille) {
 
 int decalage_lignes(const Objet* o) { return o && o->type == TYPE_FONCTION ? o->f1 : 0; }
 
+int ligne_fichier(const Objet* o, int n) { return n + decalage_lignes(o); }
+
 void lister_ligne(const Objet* o, int n) {
   char nom[TAILLE_NOM];
   std::fputs(nom_objet(o, nom, sizeof nom), stdout);
-  std::printf(" %d: ", n + decalage_lignes(o));
+  std::printf(" %d: ", ligne_fichier(o, n));
   std::size_t lg = 0;
   const char* t = fonction_texte(o, &lg);
   if (t) {

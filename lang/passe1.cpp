@@ -34,11 +34,21 @@ int copie_source(Compil& c, Octets& o) {
   int ligne = 1;
   c.ligne = 1;
   met_marque(o, 1);
+  // A line typed at the shell comes as "{" line "}". A directive runs to its
+  // line's end, and the closing brace is no part of it: when the last line
+  // holds a directive, a mark of the same line ends it ahead of the brace.
+  const bool enveloppe = c.objet && c.objet->type == OBJ_LIGNE && n > 0 && s[n - 1] == '}';
+  bool directive = false;
   for (std::size_t i = 0; i < n && !o.deborde;) {
     char ch = s[i];
-    if (ch == '\n') {
+    if (enveloppe && directive && i == n - 1) {
+      met_marque(o, ligne);
+      met(o, ch);
+      ++i;
+    } else if (ch == '\n') {
       c.ligne = ++ligne;
       met_marque(o, ligne);
+      directive = false;
       ++i;
     } else if (ch == '\r') {
       ++i;
@@ -83,6 +93,7 @@ int copie_source(Compil& c, Octets& o) {
       }
       i += 2;
     } else {
+      directive = directive || ch == '#';
       met(o, ch);
       ++i;
     }

@@ -22,10 +22,7 @@ mot* bloc(Etat& e, long n, mot tag) {
   return b;
 }
 
-void op(Etat& e, mot code, char dernier_car) {
-  paire(e, CEL_OP, code);
-  e.jeton = dernier_car;
-}
+void op(Etat& e, mot code) { paire(e, CEL_OP, code); }
 }  // namespace p2
 
 namespace {
@@ -66,7 +63,8 @@ void marque(Etat& e) {
   if (e.accolades > 0 && !ouverts && !e.tete_pour && fin_operande(e) &&
       debut_operande(saute_marque(e.p))) {
     paire(e, CEL_OP, ';');
-    e.jeton = ';';
+    e.jeton = ";";
+    e.jeton_lg = 1;
     e.operande = true;
   }
   e.p = saute_marque(e.p);
@@ -111,7 +109,6 @@ int jeton(Etat& e) {
     case '{':
       ++e.p;
       e.operande = true;
-      e.jeton = '{';
       if (e.accolades++ == 0) return 0;
       if (!pousse(e, '{')) return -1;
       paire(e, CEL_OP, '{');
@@ -130,7 +127,7 @@ int jeton(Etat& e) {
         return 1;
       }
       if (ferme(e, '{') < 0) return -1;
-      op(e, '}', '}');
+      op(e, '}');
       e.operande = false;
       return 0;
     case '(':
@@ -139,14 +136,14 @@ int jeton(Etat& e) {
       if (!pousse(e, ch)) return -1;
       if (ch == '(' && e.tete_attendue) e.tete_niveau = e.haut;
       e.tete_attendue = false;
-      op(e, ch, ch);
+      op(e, ch);
       e.operande = true;
       return 0;
     case ')':
     case ']':
       ++e.p;
       if (ferme(e, ch == ')' ? '(' : '[') < 0) return -1;
-      op(e, ch, ch);
+      op(e, ch);
       e.operande = e.haut + 1 == e.tete_niveau;
       if (e.operande) e.tete_niveau = -1;
       return 0;
@@ -160,51 +157,51 @@ int jeton(Etat& e) {
         message(0, M_FERMANT);
         return -1;
       }
-      op(e, ';', ';');
+      op(e, ';');
       e.operande = true;
       return 0;
     case ',':
       if (n1 == '=') {
         e.p += 2;
-        op(e, OP_VIRG_AFF, '=');
+        op(e, OP_VIRG_AFF);
         e.operande = true;
         return 0;
       }
       if (e.operande) {
-        std::printf("%c %c: ", e.jeton == MARQUE_LIGNE || !e.jeton ? ' ' : e.jeton, ',');
+        std::printf("%.*s ,: ", static_cast<int>(e.jeton_lg > 40 ? 40 : e.jeton_lg), e.jeton);
         message(0, M_VIRGULE);
         return -1;
       }
       ++e.p;
-      op(e, ',', ',');
+      op(e, ',');
       e.operande = true;
       return 0;
     case '-':
       if (n1 == '=') {
         e.p += 2;
-        op(e, OP_MOINS_AFF, '=');
+        op(e, OP_MOINS_AFF);
       } else if (n1 == '-') {
         e.p += 2;
-        op(e, OP_DECR, '-');
+        op(e, OP_DECR);
         return 0;  // the operand state is that of the operand it changes
       } else {
         ++e.p;
         if (e.operande) paire(e, CEL_REEL, ZERO_UNAIRE);  // unary minus is 0 - x
-        op(e, '-', '-');
+        op(e, '-');
       }
       e.operande = true;
       return 0;
     case '+':
       if (n1 == '=') {
         e.p += 2;
-        op(e, OP_PLUS_AFF, '=');
+        op(e, OP_PLUS_AFF);
       } else if (n1 == '+') {
         e.p += 2;
-        op(e, OP_INCR, '+');
+        op(e, OP_INCR);
         return 0;
       } else {
         ++e.p;
-        op(e, '+', '+');
+        op(e, '+');
       }
       e.operande = true;
       return 0;
@@ -223,7 +220,7 @@ int jeton(Etat& e) {
         ++q;
       }
       e.p = q;
-      op(e, code, q[-1]);
+      op(e, code);
       e.operande = true;
       return 0;
     }
@@ -238,7 +235,7 @@ int jeton(Etat& e) {
         code = ch == '&' ? OP_ET_AFF : OP_OU_AFF;
         ++e.p;
       }
-      op(e, code, e.p[-1]);
+      op(e, code);
       e.operande = true;
       return 0;
     }
@@ -256,20 +253,19 @@ int jeton(Etat& e) {
         }
         ++e.p;
       }
-      op(e, code, e.p[-1]);
+      op(e, code);
       e.operande = true;
       return 0;
     }
     case '~':
       ++e.p;
-      op(e, OP_TILDE, '~');
+      op(e, OP_TILDE);
       e.operande = true;
       return 0;
     case '$': {
       ++e.p;
       MotCle* m = mot_entree(0, A_IMPRIME);
       if (m) paire(e, CEL_MOT, ptr_vers_mot(m));
-      e.jeton = '$';
       e.operande = false;
       return 0;
     }
@@ -336,9 +332,12 @@ int passe2(Compil& c) {
       saute_jeton(e);
       continue;
     }
+    const char* avant = e.p;
     int r = jeton(e);
     if (r < 0) return r;
     if (r == 1) break;
+    e.jeton = avant;
+    e.jeton_lg = e.p - avant;
   }
   // The end: a ";" if the last statement has none, then what a fall off the
   // end does: a function returns, other code just ends.

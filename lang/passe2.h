@@ -23,7 +23,9 @@ struct Etat {
   bool ref = false;
   bool operande = true;  // an operand is expected
   long dernier = -1;     // offset of the previous item
-  char jeton = ';';      // last character of the previous token
+  // The text of the previous token, which a misplaced "," names.
+  const char* jeton = ";";
+  long jeton_lg = 1;
 };
 
 inline mot* item(Etat& e, long off) { return e.s.debut + off; }
@@ -31,7 +33,7 @@ inline bool dernier_est(Etat& e, mot k) { return e.dernier >= 0 && item(e, e.der
 
 void paire(Etat& e, mot a, mot b);
 mot* bloc(Etat& e, long n, mot tag);  // n words, header filled, the rest zero
-void op(Etat& e, mot code, char dernier_car);
+void op(Etat& e, mot code);
 // Tokens: each moves the cursor behind what it read and writes its items.
 int nombre(Etat& e);
 int chaine(Etat& e);

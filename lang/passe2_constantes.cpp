@@ -20,7 +20,6 @@ int nombre(Etat& e) {
   }
   paire(e, CEL_REEL, reel_mot(v));
   e.p = f;
-  e.jeton = f[-1];
   e.operande = false;
   return 0;
 }
@@ -42,7 +41,6 @@ int chaine(Etat& e) {
     for (long i = 0; i < n; ++i) t[i] = d[i] == 1 ? '"' : d[i];
   }
   e.p = f + 1;
-  e.jeton = '"';
   e.operande = false;
   return 0;
 }
@@ -70,7 +68,6 @@ int vecteur(Etat& e) {
     b[3] = 1;
   }
   e.p = *q == '\'' ? q + 1 : q;
-  e.jeton = '\'';
   e.operande = false;
   return 0;
 }
@@ -81,7 +78,6 @@ int cas(Etat& e) {
     paire(e, CEL_DEFAUT, 0);
     e.p += 2;
     e.operande = true;
-    e.jeton = ':';
     return 0;
   }
   const char* q = sauter_blancs(e.p + 1);
@@ -110,7 +106,6 @@ int cas(Etat& e) {
   paire(e, CEL_CAS, v);
   e.p = q;
   e.operande = true;
-  e.jeton = ':';
   return 0;
 }
 

@@ -134,7 +134,6 @@ int nom(Etat& e) {
     return -1;
   }
   e.p = f;
-  e.jeton = f[-1];
   // The label form "E<number>:" of pass 1.
   if (*f == ':' && f[1] != ':' && d[0] == 'E' && lg > 1) {
     const char* q = d + 1;
@@ -143,7 +142,6 @@ int nom(Etat& e) {
       paire(e, CEL_ETIQUETTE, static_cast<mot>(std::strtol(d + 1, nullptr, 10)));
       e.p = f + 1;
       e.operande = true;
-      e.jeton = ':';
       return 0;
     }
   }

@@ -373,3 +373,17 @@ void shell_inactif() {
   }
   shell(1, 0, piles.eva_base, 0);
 }
+
+void shell_console() {
+  if (!sh.lancement_fait) {
+    sh.lancement_fait = true;
+    const std::string liste = dem.fonction_lancement;
+    std::size_t i = 0;
+    do {
+      lance(mot_suivant(liste, i));
+      if (reprise_demandee) return;  // the menu's restart ends the list
+    } while (i != 0);
+    return;
+  }
+  shell(1, 0, piles.eva_base, 0);
+}

@@ -150,7 +150,11 @@ int shell(int niveau, int prompt, mot* pile, int boucle);
 int execute_ligne(const char* texte);
 // The history command: mode 1 runs recalled lines at once (exec n).
 int histoire(int mode, mot* args);
-// One turn of the top level: the launch text once, then the loop text or
-// one line of the shell.
+// One turn of the window's idle routine: the launch text once, then the
+// loop text, in rotation, or one line of the shell.
 void shell_inactif();
+// One turn of the console's top level, when no window runs: at the first
+// turn every word of the launch text once, in order; then one line of the
+// shell. The loop text is the window's and never cycles here.
+void shell_console();
 int pause_page(int c);

@@ -50,8 +50,8 @@ TEST(Fonctions, FileIntoFunctions) {
           "\n/* entre deux */\n"
           "deux() { \"}\" ; /* } */ }\n"
           "trois()\n{\n  a = 1\n  b = a,,2\n}\n"
-          "texte sans accolade a la fin\n");
-  EXPECT_EQ(fonctions_lit("essai", false), 3);
+          "quatre(x)\n  retour x\n");
+  EXPECT_EQ(fonctions_lit("essai", false), 4);
   Objet* un = fonction_trouve("un");
   Objet* deux = fonction_trouve("deux");
   Objet* trois = fonction_trouve("trois");
@@ -69,6 +69,10 @@ TEST(Fonctions, FileIntoFunctions) {
   EXPECT_EQ(compiler_tout(), -1);
   std::string s = testing::internal::GetCapturedStdout();
   EXPECT_EQ(s, ", ,: M66\ntrois 13:   b = a,,2\nM107\n");
+  // A text with no braces runs to the end of the file: its body is empty.
+  Objet* quatre = fonction_trouve("quatre");
+  ASSERT_TRUE(quatre && quatre->code);
+  EXPECT_EQ(texte_items(quatre->code), "fonc(quatre) ; #4 ( retour )");
   // The file's #define is a macro for every function of the session.
   EXPECT_EQ(texte_items(un->code), "fonc(un) #5 ( retour ( l:x + 4 ) ) ; #6 ( retour )");
   Objet* l = ligne("y = N");
@@ -130,13 +134,46 @@ TEST(Fonctions, GroupsChooseTheirOwnHelper) {
   Objet* commun_a = fonction_trouve("commun");
   Objet* appel_a = fonction_trouve("appel_a");
   fonctions_lit("b", false);
-  // b's commun replaced a's: a name is one function in the table.
-  Objet* commun_b = fonction_trouve("commun");
-  EXPECT_EQ(commun_b->f2, fonction_trouve("appel_b")->f2);
+  // b's commun stands beside a's: each file keeps its group whole.
+  Objet* appel_b = fonction_trouve("appel_b");
+  Objet* commun_b = nullptr;
+  int communs = 0;
+  for (Objet* o = piles.obj_base; o < piles.obj_haut; ++o)
+    if (o->type == A_FONC && o->nom && std::string(o->nom) == "commun") {
+      ++communs;
+      if (o != commun_a) commun_b = o;
+    }
+  EXPECT_EQ(communs, 2);
+  ASSERT_NE(commun_b, nullptr);
+  EXPECT_EQ(fonction_trouve("commun"), commun_a);
+  EXPECT_EQ(commun_b->f2, appel_b->f2);
   EXPECT_NE(commun_b->f2, appel_a->f2);
-  (void)commun_a;
   EXPECT_EQ(lier_tout(), 0);
   EXPECT_EQ(texte_items(appel_a->code), "fonc(appel_a) #2 ( fonction/0 + fonction/0 ) ; ( retour )");
+  // Each caller is linked to the commun of its own file.
+  auto appelee = [](const Objet* f) -> const Objet* {
+    const mot* c = f->code;
+    for (const mot* p = c + 4; p[0] != 0; p += p[0] < 0 ? 2 : p[0])
+      if (p[0] > 0 && p[1] == BLOC_OBJET) return reinterpret_cast<const Objet*>(mot_vers_ptr(p[2]));
+    return nullptr;
+  };
+  Objet* appel_c = nullptr;
+  d.ecrit("c.fon", "commun() { retour 3 }\nappel_c() { commun() }\n");
+  fonctions_lit("c", false);
+  appel_c = fonction_trouve("appel_c");
+  EXPECT_EQ(lier_tout(), 0);
+  EXPECT_EQ(appelee(appel_b), commun_b);
+  EXPECT_NE(appelee(appel_c), commun_b);
+  EXPECT_NE(appelee(appel_c), commun_a);
+  // The same file read again, by another road: its own group, its commun
+  // replaced, the others kept.
+  d.ecrit("b.fon", "commun() { retour 2 }\nappel_b() { commun() }\n");
+  fonctions_lit(("./" + std::string("b")).c_str(), false);
+  communs = 0;
+  for (Objet* o = piles.obj_base; o < piles.obj_haut; ++o)
+    communs += o->type == A_FONC && o->nom && std::string(o->nom) == "commun";
+  EXPECT_EQ(communs, 3);
+  EXPECT_EQ(fonction_trouve("appel_b")->f2, commun_b->f2);
 }
 
 TEST(Fonctions, DocRunsAndLinkAtReading) {

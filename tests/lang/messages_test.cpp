@@ -23,6 +23,10 @@ void verifie(Objet* o, const char* attendu) {
 TEST(Messages, BadLines) {
   const Cas cas[] = {
       {"a,,b", ", ,: M66\n 1: {a,,b}\nM107\n"},
+      {"x = a==,b", "== ,: M66\n 1: {x = a==,b}\nM107\n"},
+      {"x <<= ,2", "<<= ,: M66\n 1: {x <<= ,2}\nM107\n"},
+      {"si (1) x = 1 sinon ,2", "sinon ,: M66\n 1: {si (1) x = 1 sinon ,2}\nM107\n"},
+      {"x = [ ,2]", "[ ,: M66\n 1: {x = [ ,2]}\nM107\n"},
       {"x = (a;b)", "M3\n 1: {x = (a;b)}\nM107\n"},
       {"a]", "M51\n 1: {a]}\nM107\n"},
       {"a = [1,2", "M51\n 1: {a = [1,2}\nM107\n"},
@@ -69,7 +73,9 @@ TEST(Messages, BadFunctions) {
       {"vol(x) { }", "vol: M89\nvol 1: vol(x) { }\nM107\n"},
       {"f { }", "M44\nf 1: f { }\nM107\n"},
       {"f(1) { }", "M44\nf 1: f(1) { }\nM107\n"},
-      {"f(a\n{ }", "M75\nf 2: { }\nM107\n"},
+      {"f(a\n{ }", "M44\nf 2: { }\nM107\n"},
+      {"f(a, b", "M44\nf 1: f(a, b\nM107\n"},
+      {"f(a,\n b; c)\n{ }", "M44\nf 2:  b; c)\nM107\n"},
       {"f(a)\n{\n a = 1\n", "M34\nf 4: \nM107\n"},
       {"f()\n{\n a = 1\n b = * 2\n}", "* M32\nf 4:  b = * 2\nM107\n"},
   };
