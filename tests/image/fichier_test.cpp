@@ -125,6 +125,11 @@ TEST_F(ImageFichier, OutsideReaderSeesOurFilesAndWeReadItsFiles) {
   };
   std::string ligne = "(53, 31) RGB " + triple(0, 30) + " " + triple(52, 0) + " " + triple(17, 19) + "\n";
   EXPECT_EQ(python_pil(code, dir.p.string()), ligne + ligne);
+  // ImageMagick reads the same size and top-left pixel.
+  std::string im = commande_sortie("identify -format \"%w %h %[fx:int(255*p{0,0}.r)] %[fx:int(255*p{0,0}.b)]\" " +
+                                   (dir / "n.bmp") + " " + (dir / "n.png"));
+  std::string coin = "53 31 " + std::to_string(px(b, 0, 30, 0)) + " " + std::to_string(px(b, 0, 30, 2));
+  EXPECT_EQ(im, coin + coin);
   bloc_libere_force(b);
 
   // Files made by PIL, widths that pad, grey and palette PNGs too.

@@ -59,10 +59,9 @@ std::string sortie_de(F f) {
   return testing::internal::GetCapturedStdout();
 }
 
-// Runs a Python snippet with PIL (the system's python), the directory as
-// its first argument; its standard output.
-inline std::string python_pil(const std::string& code, const std::string& dossier) {
-  std::string cmd = "/usr/bin/python3 -c '" + code + "' " + dossier + " 2>&1";
+// A shell command's standard output and error.
+inline std::string commande_sortie(const std::string& cmd_seule) {
+  std::string cmd = cmd_seule + " 2>&1";
   std::string out;
   FILE* f = popen(cmd.c_str(), "r");
   if (!f) return "popen";
@@ -71,4 +70,10 @@ inline std::string python_pil(const std::string& code, const std::string& dossie
   while ((n = fread(buf, 1, sizeof buf, f)) > 0) out.append(buf, n);
   pclose(f);
   return out;
+}
+
+// Runs a Python snippet with PIL (the system's python), the directory as
+// its first argument; its standard output.
+inline std::string python_pil(const std::string& code, const std::string& dossier) {
+  return commande_sortie("/usr/bin/python3 -c '" + code + "' " + dossier);
 }
