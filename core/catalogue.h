@@ -7,3 +7,9 @@ constexpr int A_LIB = 34;   // state below 1: no Bloc is released; in generer a 
 constexpr int A_EDI = 36;   // verbosity state; values: page width and length
 constexpr int A_OPT = 50;   // tolerance of ~; an option word of interaction
 constexpr int A_EXEC = 69;  // runs a text, or a line of the history
+
+// Every ordinal that the code names is below this. The state tables of a
+// vocabulary always reach it, so that a keyword file cut short leaves the
+// missing keywords off (state 0) rather than letting a read go past the
+// table.
+constexpr int ORDINAUX_CODE = 256;

@@ -71,8 +71,21 @@ extern Cadre cadre;
 // only through objet_supprime and objets_vide.
 struct TableObjets {
   long libre = 0;
+  long codes_retenus = 0;  // code blocks kept aside while frames run them
 };
 extern TableObjets table_objets;
+
+// ---- code blocks that are running ---------------------------------------
+// The engine walks a function's code block in place, and a call's frame
+// marker (a record of kind OBJ_MARQUE1 on the frame stack) holds the block
+// it runs in `code`. A block that a compile or a deletion replaces while
+// some frame still runs it is kept aside, not released: the run goes on in
+// the text it began with, and the block goes when no frame runs it.
+bool code_en_cours(const mot* code);
+void code_libere(mot* code);
+// Releases the blocks kept aside that no frame runs any more; the engine
+// calls it on return from a call while table_objets.codes_retenus is not 0.
+void codes_retenus_libere();
 
 // ---- creation and finding ----------------------------------------------
 // Object numbers from the language lie within +-NUMERO_MAX, so that the

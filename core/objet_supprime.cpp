@@ -23,7 +23,8 @@ void objet_supprime(Objet* o) {
       // Values and texts are flat: no walk of what they hold.
       libere_nom(o);
       bloc_libere_force(o->donnees);
-      bloc_libere_force(o->code);
+      if (o->type == A_FONC) code_libere(o->code);
+      else bloc_libere_force(o->code);
       if (o->type == A_FONC) objet_supprime_ss(OBJ_STATIQUE, 0, o->numero);  // its statics
       break;
     case OBJ_ALIAS:

@@ -143,6 +143,7 @@ int appeler_fonction(mot* appel, bool copier) {
   marque->type = CADRE_MARQUE;
   marque->nom = nullptr;
   marque->donnees = nullptr;
+  marque->code = code;  // what this frame runs, kept while it runs
   piles.loc_haut = marque + 1;
 
   Objet* appelant = interp.fonction;
@@ -167,6 +168,7 @@ int appeler_fonction(mot* appel, bool copier) {
       if (x->f1 && x->type == OBJ_LOCAL) bloc_libere(x->donnees);
   }
   piles.loc_haut = slots;
+  if (__builtin_expect(table_objets.codes_retenus != 0, 0)) codes_retenus_libere();
   interp.fonction = appelant;
   cadre = cadre_appelant;
   interp.ligne = ligne;

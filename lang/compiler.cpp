@@ -126,7 +126,7 @@ int compiler(Objet* o) {
     }
     echec_contexte(o, c.ligne);
     if (fonction) {
-      bloc_libere_force(o->code);
+      code_libere(o->code);
       o->code = nullptr;
       lang.statut = -1;
     }
@@ -146,7 +146,8 @@ int compiler(Objet* o) {
   e.sym[0] = static_cast<mot>(m);
   e.sym[c.sym_haut] = 0;
   std::memcpy(bloc + l, e.sym.data(), sizeof(mot) * m);
-  bloc_libere_force(o->code);
+  if (fonction) code_libere(o->code);
+  else bloc_libere_force(o->code);
   o->code = bloc;
   lang.statut = 0;
   if (fonction) fonctions_modifiees();

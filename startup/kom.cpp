@@ -6,6 +6,7 @@
 #include <cstring>
 #include <vector>
 
+#include "core/catalogue.h"
 #include "core/message.h"
 #include "startup/interne.h"
 #include "startup/startup.h"
@@ -33,9 +34,15 @@ const char* lit_noms(const char* p, std::string& noms) {
   return *p ? p + 1 : p;
 }
 
+// The values of a whole file share the start-up zone with its text: this
+// many floats at most, the headers of the records included.
+constexpr std::size_t ZONE_OCTETS = 100000;
+
 // Values up to the end of the record: "," or tab between numbers, "." ends
 // the list, [n] is n zeros, [n]=v n times v, "\" goes on with the next line.
-const char* lit_valeurs(const char* p, std::vector<float>& v) {
+// Null when a repeat count asks for more than `reste` values.
+const char* lit_valeurs(const char* p, std::vector<float>& v, std::size_t reste) {
+  const std::size_t debut = v.size();
   for (;;) {
     char c = *p;
     if (c == ',' || c == '\t' || c == ' ' || c == '\r') {
@@ -55,6 +62,10 @@ const char* lit_valeurs(const char* p, std::vector<float>& v) {
         x = std::strtof(p + 1, &fin);
         p = fin;
       }
+      if (n > 0 && static_cast<unsigned long>(n) > reste - (v.size() - debut)) {
+        std::printf("[%ld]: ", n);
+        return nullptr;
+      }
       for (long k = 0; k < n; ++k) v.push_back(x);
     } else {
       char* fin;
@@ -62,6 +73,10 @@ const char* lit_valeurs(const char* p, std::vector<float>& v) {
       if (fin == p) {
         ++p;  // a stray character is passed over
         continue;
+      }
+      if (v.size() - debut >= reste) {
+        std::printf("%g: ", static_cast<double>(x));
+        return nullptr;
       }
       v.push_back(x);
       p = fin;
@@ -106,15 +121,26 @@ int kom_analyse(std::string_view source, int env) {
       p = fin;
     }
     r.v0 = valeurs.size();
-    p = lit_valeurs(p, valeurs);
+    // Room left in the zone behind the text, each record's header counted.
+    std::size_t pris = (texte.size() + 4) / 4 + 4 * (bruts.size() + 1) + valeurs.size();
+    std::size_t reste = pris < ZONE_OCTETS / 4 ? ZONE_OCTETS / 4 - pris : 0;
+    p = lit_valeurs(p, valeurs, reste);
+    if (!p) {
+      std::printf("%d: trop de valeurs (%zu au plus dans la zone de %zu octets)\x07\n",
+                  static_cast<int>(bruts.size()), reste, ZONE_OCTETS);
+      return -1;
+    }
     r.nv = valeurs.size() - r.v0;
     bruts.push_back(r);
     p = std::strchr(p, '|');
   }
 
   int nb = static_cast<int>(bruts.size());
+  // The two state arrays reach every ordinal of the code, zero past the
+  // file's last keyword; the index has one entry per keyword.
+  const int place = nb > ORDINAUX_CODE ? nb : ORDINAUX_CODE;
   auto* mots = static_cast<MotCle*>(tas::alloue(sizeof(MotCle) * (nb ? nb : 1)));
-  auto* entiers = static_cast<mot*>(tas::alloue(sizeof(mot) * 3 * (nb ? nb : 1)));
+  auto* entiers = static_cast<mot*>(tas::alloue(sizeof(mot) * (2 * place + (nb ? nb : 1))));
   auto* store = static_cast<char*>(tas::alloue(noms.size() + 1));
   // Defaults and current values sit at equal distance in one allocation.
   std::size_t moitie = 4 * bruts.size() + valeurs.size();
@@ -126,10 +152,12 @@ int kom_analyse(std::string_view source, int env) {
   std::memcpy(store, noms.data(), noms.size());
   TableMots& t = vocab.tables[env];
   t.nb = nb;
+  t.place = place;
   t.mots = mots;
+  std::memset(entiers, 0, sizeof(mot) * 2 * place);
   t.etats_defaut = entiers;
-  t.etats = entiers + nb;
-  t.index = entiers + 2 * nb;
+  t.etats = entiers + place;
+  t.index = entiers + 2 * place;
   mot* d = vals;
   for (int i = 0; i < nb; ++i) {
     const Brut& r = bruts[i];
@@ -175,6 +203,9 @@ int kom_charge(const char* chemin, int env) {
     erreur_fichier(chemin);
     arret_fatal(nullptr);
   }
-  if (kom_analyse(texte, env) < 0) arret_fatal(nullptr);
+  if (kom_analyse(texte, env) < 0) {
+    std::printf("ERREUR dans %s\x07\n", chemin);
+    arret_fatal(nullptr);
+  }
   return 0;
 }

@@ -117,7 +117,7 @@ MotCle* mot_cherche_long(const char* texte) {
 void mots_reinit() {
   for (int e = 0; e < vocab.nb_env; ++e) {
     TableMots& t = vocab.tables[e];
-    std::memcpy(t.etats, t.etats_defaut, sizeof(mot) * t.nb);
+    std::memcpy(t.etats, t.etats_defaut, sizeof(mot) * (t.place > t.nb ? t.place : t.nb));
     for (int i = 0; i < t.nb; ++i)
       std::memcpy(t.mots[i].courant, t.mots[i].defaut, sizeof(mot) * (t.mots[i].nv + 4));
   }

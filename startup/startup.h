@@ -21,6 +21,7 @@ struct MotCle {
 
 struct TableMots {
   int nb = 0;
+  int place = 0;  // length of the two state arrays: nb, or more (zeros)
   MotCle* mots = nullptr;
   mot* etats_defaut = nullptr;
   mot* etats = nullptr;

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "core/catalogue.h"
 #include "core/message.h"
 #include "startup/startup.h"
 
@@ -104,6 +105,58 @@ TEST(Kom, BadPairsReportAndPartialResets) {
   EXPECT_EQ(e[2], 5);
   mots_reinit_etats(false);
   EXPECT_EQ(e[2], 0);
+}
+
+TEST(Kom, FileCutShortLeavesTheCodesOrdinalsOff) {
+  // Cut in the middle of a record, and after it: the states the code reads
+  // by ordinal stay inside the table and read 0.
+  for (const char* texte : {"|0: zz\n0 1 0 0 .\n|1: vol\n0 2 0 0 1,2", "|0: zz\n0 1 0 0 .\n|1: vol\n0 2",
+                            "|0: zz\n0 1 0 0 .\n|1: vol volume"}) {
+    vocab = Vocabulaire{};
+    ASSERT_EQ(kom_analyse(texte, 0), 0) << texte;
+    const TableMots& t = vocab.tables[0];
+    ASSERT_EQ(t.nb, 2);
+    EXPECT_EQ(nb_etats[0], 2);
+    EXPECT_EQ(t.etats[0], 1);
+    for (int o = t.nb; o < ORDINAUX_CODE; ++o) ASSERT_EQ(t.etats[o], 0) << o;
+    EXPECT_EQ(mot_entree(0, 105), nullptr);
+    EXPECT_EQ(etat_ou(0, 105, 7), 7);
+    // A state written past the file's keywords goes back to 0 with the rest.
+    t.etats[ORDINAUX_CODE - 1] = 2;
+    t.etats[0] = 0;
+    mots_reinit();
+    EXPECT_EQ(t.etats[ORDINAUX_CODE - 1], 0);
+    EXPECT_EQ(t.etats[0], 1);
+    EXPECT_EQ(t.index[0] + t.index[1], 1);  // the index is whole
+  }
+}
+
+TEST(Kom, RepeatCountsAreBoundedByTheZone) {
+  // Counts far past the zone end at once, with a message; nothing is
+  // allocated for them.
+  for (const char* n : {"1000000000", "2147483647", "99999999999999999999", "25001", "24991]=3.5,[9"}) {
+    vocab = Vocabulaire{};
+    std::string texte = std::string("|0: zz\n0 1 0 0 .\n|1: grand\n0 0 0 0 1,[") + n + "]\n";
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(kom_analyse(texte, 0), -1) << n;
+    std::string s = testing::internal::GetCapturedStdout();
+    EXPECT_NE(s.find("1: trop de valeurs"), std::string::npos) << s;
+  }
+  // A count that fits is kept whole, and so is a long plain list.
+  vocab = Vocabulaire{};
+  ASSERT_EQ(kom_analyse("|0: zz\n0 1 0 0 .\n|1: grand\n0 0 0 0 1,[20011]=-2.5,7\n", 0), 0);
+  int nv = 0;
+  reel* v = mot_valeur(0, 1, &nv);
+  ASSERT_EQ(nv, 20013);
+  EXPECT_EQ(v[0], 1.f);
+  EXPECT_EQ(v[20011], -2.5f);
+  EXPECT_EQ(v[20012], 7.f);
+  std::string liste = "|0: longue\n0 0 0 0 ";
+  for (int i = 0; i < 30000; ++i) liste += "3,";
+  vocab = Vocabulaire{};
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(kom_analyse(liste, 0), -1);
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("trop de valeurs"), std::string::npos);
 }
 
 TEST(Mes, EscapesAndMessageBoundaries) {
