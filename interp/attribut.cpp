@@ -210,11 +210,7 @@ int dump_attributs(mot* bloc) {
       if (!a || a[1] != BLOC_PHRASE) continue;
       std::fputs("  ", stdout);
       for (mot p = 0; p < a[3]; ++p) mot_imprime(a[4 + 2 * p], a[5 + 2 * p]);
-      mot* t = a + a[2];
-      if (t[1] == BLOC_REEL)
-        for (mot j = 0; j < t[0] - 4; ++j) std::printf("%g ", static_cast<double>(lit_reel(t + 4 + j)));
-      else if (t[1] == BLOC_CHAINE)
-        std::printf("\"%s\"", bloc_texte(t));
+      imprimer_attribut(a + a[2], ' ');
       std::putchar('\n');
     }
   }

@@ -1,5 +1,6 @@
 // Printing of values: the $ keyword, the display of attributes with rows
 // and numbers, and the names of a function's symbols.
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -268,6 +269,72 @@ void affiche_bloc(mot* b, long k) {
   std::putchar('\n');
 }
 }  // namespace
+
+namespace {
+// One row of a stored block: floats with "%g ", integers with "%d "; a face
+// with contours (word 3 = 0) joins them with -1, as it is written.
+void rangee_stockee(const mot* t, long debut, long n) {
+  for (long i = debut; i < debut + n; ++i) {
+    if (t[1] == BLOC_REEL) std::printf("%g ", static_cast<double>(lit_reel(t + 4 + i)));
+    else std::printf("%d ", t[4 + i]);
+  }
+}
+
+void face_stockee(const mot* f) {
+  if (f[0] < 4) return;
+  if (f[1] == BLOC_ENTIER && f[3] > 0) {
+    rangee_stockee(f, 0, std::min<long>(f[3], f[0] - 4));
+    return;
+  }
+  if (f[1] != BLOC_LISTE) return;
+  const mot* c = f + 4;
+  for (mot k = 0; k < f[2] && c < f + f[0] && c[0] >= 4; ++k, c += c[0]) {
+    if (k) std::fputs("-1 ", stdout);
+    face_stockee(c);
+  }
+}
+
+void numero_rangee(long i, long n) {
+  if (n > 1) std::printf("\n    %ld: ", i + 1);
+}
+}  // namespace
+
+void imprimer_attribut(const mot* t, char separateur) {
+  if (t[0] < 0 || t[0] < 4) {
+    if (t[0] == BLOC_REEL) std::printf("%g ", static_cast<double>(lit_reel(t + 1)));
+    return;
+  }
+  switch (t[1]) {
+    case BLOC_REEL:
+    case BLOC_ENTIER: {
+      long n = t[0] - 4;
+      // A plain vector (width below 2) is one row.
+      long w = t[3] > 1 ? t[3] : n;
+      long rangs = t[3] > 1 && t[2] > 1 && t[2] * w <= n ? t[2] : 1;
+      if (rangs == 1) w = n;
+      for (long i = 0; i < rangs; ++i) {
+        numero_rangee(i, rangs);
+        rangee_stockee(t, i * w, w);
+      }
+      return;
+    }
+    case BLOC_LISTE: {
+      // Faces, one a row.
+      const mot* f = t + 4;
+      for (mot i = 0; i < t[2] && f < t + t[0] && f[0] >= 4; ++i, f += f[0]) {
+        numero_rangee(i, t[2]);
+        face_stockee(f);
+      }
+      return;
+    }
+    case BLOC_CHAINE:
+      std::printf("\"%s\"%c", reinterpret_cast<const char*>(t + 4), separateur);
+      return;
+    case BLOC_NIL:
+      nil();
+      return;
+  }
+}
 
 void afficher(mot* v, const reel* options, int n) {
   long k = options && n > 0 ? entier_sature(options[0]) : 3;

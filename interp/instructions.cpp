@@ -15,6 +15,7 @@ constexpr int NON_TRAITE = 1;
 inline mot* element(mot* bloc) { return bloc + 4; }
 inline mot* argument(mot* bloc) { return bloc[4] > 3 ? bloc + 7 : nullptr; }
 inline bool seul(const mot* bloc) { return bloc[2] == 1; }
+constexpr int B_COLONNE = 78;  // values a line of affiche
 
 void pose_resultat(mot* bloc, mot* v) {
   mot n = taille_item(v);
@@ -70,11 +71,31 @@ int imprime(mot* bloc) {
   return 0;
 }
 
+// affiche x, affiche(x): three values a line, rows numbered from 0.
+// affiche(x) colonne(k): k values a line (0: all on one line).
 int affiche(mot* bloc) {
   int r;
+  reel options[1];
+  int n = 0;
+  if (argument(bloc) && bloc[2] >= 2) {
+    mot* e = element(bloc);
+    for (mot k = 1; k < bloc[2]; ++k) {
+      e += e[0];
+      if (e[1] != 1 || e[2] != B_COLONNE || e[0] <= 3) continue;
+      Valeur o;
+      if (decrire(e + 3, &o) < 0) return ECHEC;
+      if (o.type != BLOC_REEL || o.n < 1) {
+        mot_imprime(1, B_COLONNE);
+        message(0, M_VALEUR);
+        return ECHEC;
+      }
+      options[0] = reels(o.donnees)[0];
+      n = 1;
+    }
+  }
   mot* v = valeur_de(bloc, &r);
   if (r < 0) return r;
-  if (v) afficher(v, nullptr, 0);
+  if (v) afficher(v, n ? options : nullptr, n);
   std::fflush(stdout);
   bloc[0] = 0;
   return 0;

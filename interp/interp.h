@@ -171,6 +171,10 @@ const char* nom_fonction(const Objet* f);
 // ---- printing and debug --------------------------------------------------------
 void imprimer(mot* v, const char* format);
 void afficher(mot* v, const reel* options, int n);
+// A stored attribute's value block: rows numbered "%d: " from 1 when there
+// are more than one, each on a line of its own; a text in quotes followed
+// by the separator.
+void imprimer_attribut(const mot* t, char separateur);
 int imprimer_symboles(mot* phrase);
 int option_debug(const char* texte, int sens, int env, int ordinal, int n, float a, float b, float c);
 
