@@ -28,24 +28,28 @@ mot* ima_erreur_fichier(const char* chemin, int env, int n) {
 
 bool trace_ima() { return etat_ou(0, A_EDI, 0) > 1; }
 
-bool lit_tout(const char* chemin, std::vector<octet>* out) {
-  FILE* f = std::fopen(chemin, "rb");
+Fichier::Fichier(const char* chemin) {
+  f = std::fopen(chemin, "rb");
   struct stat s;
   if (!f || fstat(fileno(f), &s) != 0 || !S_ISREG(s.st_mode)) {
-    if (f) std::fclose(f);
     ima_erreur_fichier(chemin, 0, MES_FICHIER);
-    return false;
+    return;
   }
+  taille = static_cast<std::size_t>(s.st_size);
+  ouvert = true;
+}
+
+bool lit_tout(const char* chemin, std::vector<octet>* out) {
+  Fichier f(chemin);
+  if (!f.ouvert) return false;
   try {
-    out->resize(static_cast<std::size_t>(s.st_size));
+    out->resize(f.taille);
   } catch (const std::bad_alloc&) {
-    std::fclose(f);
-    std::printf("%ld: ", static_cast<long>(s.st_size));
+    std::printf("%ld: ", static_cast<long>(f.taille));
     message(0, MES_DEBORDEMENT);
     return false;
   }
-  std::size_t n = out->empty() ? 0 : std::fread(out->data(), 1, out->size(), f);
-  std::fclose(f);
+  std::size_t n = out->empty() ? 0 : std::fread(out->data(), 1, out->size(), f.f);
   out->resize(n);
   return true;
 }

@@ -7,6 +7,19 @@
 // The file's bytes; false after message 0:36 (no file, or not a regular
 // file) or 0:2 (no memory for it).
 bool lit_tout(const char* chemin, std::vector<octet>* out);
+// A regular file open for reading, closed at the end of its scope; `ouvert`
+// false after message 0:36.
+struct Fichier {
+  FILE* f = nullptr;
+  std::size_t taille = 0;
+  bool ouvert = false;
+  explicit Fichier(const char* chemin);
+  ~Fichier() {
+    if (f) std::fclose(f);
+  }
+  Fichier(const Fichier&) = delete;
+  Fichier& operator=(const Fichier&) = delete;
+};
 // Trace of names and sizes: the verbosity state a36 above 1.
 bool trace_ima();
 

@@ -15,16 +15,16 @@
 #include "image/fichier.h"
 
 namespace {
+// The file is read by libpng straight from the stream: no copy of it is
+// made. Its size bounds what the header may promise.
 struct Lecture {
-  const octet* p;
-  std::size_t n, pos;
+  FILE* f;
+  std::size_t n;
 };
 
-void lit_memoire(png_structp png, png_bytep dst, png_size_t n) {
+void lit_fichier(png_structp png, png_bytep dst, png_size_t n) {
   auto* l = static_cast<Lecture*>(png_get_io_ptr(png));
-  if (n > l->n - l->pos) png_error(png, "tronque");
-  std::memcpy(dst, l->p + l->pos, n);
-  l->pos += n;
+  if (std::fread(dst, 1, n, l->f) != n) png_error(png, "tronque");
 }
 
 void silence(png_structp, png_const_charp) {}
@@ -52,7 +52,7 @@ int decode(Lecture* l, mot** sortie, long* lw, long* lh) {
     std::free(ligne);
     return 1;
   }
-  png_set_read_fn(png, l, lit_memoire);
+  png_set_read_fn(png, l, lit_fichier);
   png_set_user_limits(png, 1u << 20, 1u << 20);
   // Every chunk has its CRC checked; zlib's own sum over the pixels again
   // would only cost time.
@@ -157,10 +157,13 @@ int encode(const mot* b, FILE* f) {
 }  // namespace
 
 mot* ima_lit_png(const char* chemin) {
-  std::vector<octet> f;
-  if (!lit_tout(chemin, &f)) return nullptr;
-  if (f.size() < 8 || png_sig_cmp(f.data(), 0, 8) != 0) return ima_erreur_fichier(chemin, 1, MES_IMA_FICHIER);
-  Lecture l{f.data(), f.size(), 0};
+  Fichier f(chemin);
+  if (!f.ouvert) return nullptr;
+  octet signature[8];
+  if (f.taille < 8 || std::fread(signature, 1, 8, f.f) != 8 || png_sig_cmp(signature, 0, 8) != 0 ||
+      std::fseek(f.f, 0, SEEK_SET) != 0)
+    return ima_erreur_fichier(chemin, 1, MES_IMA_FICHIER);
+  Lecture l{f.f, f.taille};
   mot* b = nullptr;
   long w = 0, h = 0;
   switch (decode(&l, &b, &w, &h)) {
