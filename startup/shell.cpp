@@ -96,12 +96,18 @@ bool ligne_historique(long n, std::string& s) {
 void rappel_empilement() {
   if (!piles.emp || piles.emp[2] == 0) return;
   message(0, M_SECTION);
+  // After an overflow the next push writes over the stack's own header, so
+  // the counts read here may not match the words: every read stays below
+  // the top, in its phrase, in its clause.
+  mot* haut = piles.emp_haut;
   mot* p = piles.emp + 4;
-  for (mot k = 0; k < piles.emp[2] && p < piles.emp_haut; ++k) {
+  for (mot k = 0; k < piles.emp[2] && p + 4 <= haut; ++k) {
+    mot* fin = p[0] > 4 && p + p[0] <= haut ? p + p[0] : p + 4;
     mot* e = p + 4;
-    for (mot c = 0; c < p[2]; ++c, e += e[0]) {
+    for (mot c = 0; c < p[2] && e + 3 <= fin && e[0] >= 3 && e + e[0] <= fin; ++c, e += e[0]) {
       mot_imprime(e[1], e[2]);
-      if (e[0] > 3 && etat(A_EDI) >= 1) {
+      bool valeur = e[0] > 3 && (e[3] < 0 ? e[0] >= 5 : e[3] >= 4 && e[3] <= e[0] - 3);
+      if (valeur && etat(A_EDI) >= 1) {
         std::putchar('(');
         imprimer(e + 3, nullptr);
         std::fputs(") ", stdout);
