@@ -192,6 +192,22 @@ void rapporte(int code) {
     std::printf("%s %d: ", nom_fonction(interp.fonction), ligne_fichier(interp.fonction, interp.ligne));
   echec_instruction();
 }
+
+// A failure where the text may go on: with cont off the next statement
+// runs, and the failure is then told only by its own message and by a108,
+// which the language can test; 108 would say that the run stopped. True
+// when the walk stops; a called function's failure stops a statement, not
+// a test.
+bool rapporte_ou_continue(int code, bool test = false) {
+  bool arret = etat_a(A_CONT) != 0 || reprise_demandee || (code == ECHEC_CLOS && !test);
+  if (arret) {
+    rapporte(code);
+    return true;
+  }
+  if (code == PILE_PLEINE) message(0, M_EVALUATION);
+  if (MotCle* m = mot_entree(0, A_ERR); m && m->nv > 0 && m->courant) ecrit_reel(m->courant + 4, -1.f);
+  return false;
+}
 }  // namespace
 
 int executer(mot* code, mot* resultat) {
@@ -284,8 +300,7 @@ int executer(mot* code, mot* resultat) {
       float x;
       int t = groupe_scalaire(p + p[2], &x) ? x != 0 : tester(p + p[2], resultat);
       if (t < 0) {
-        rapporte(interp.code);
-        if (etat_a(A_CONT) != 0 || reprise_demandee) return ECHEC;
+        if (rapporte_ou_continue(interp.code, true)) return ECHEC;
         t = 0;
       }
       *resultat = 0;
@@ -306,8 +321,7 @@ int executer(mot* code, mot* resultat) {
           float x;
           int t = groupe_scalaire(p + p[2], &x) ? x != 0 : tester(p + p[2], resultat);
           if (t < 0) {
-            rapporte(interp.code);
-            if (etat_a(A_CONT) != 0 || reprise_demandee) return ECHEC;
+            if (rapporte_ou_continue(interp.code, true)) return ECHEC;
             t = 0;
           }
           *resultat = 0;
@@ -377,9 +391,7 @@ int executer(mot* code, mot* resultat) {
       suite = r < 0 ? (interp.code = r, nullptr) : p + w;
     }
     if (!suite) {
-      int code = interp.code;
-      rapporte(code);
-      if (etat_a(A_CONT) != 0 || reprise_demandee || code == ECHEC_CLOS) return ECHEC;
+      if (rapporte_ou_continue(interp.code)) return ECHEC;
       // Errors do not stop the text: the next statement runs.
       *resultat = 0;
       p = w == IT_OP ? groupe_suivant(p) : p + (w > 0 ? w : 2);

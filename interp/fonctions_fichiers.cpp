@@ -17,13 +17,16 @@ Fichiers fichiers;
 bool trace() { return etat_ou(0, 36, 0) > 0; }
 
 // The file number: first element of a float argument, or of a list's first
-// float element.
-std::FILE* fichier_de(const Argument& a, int* num) {
+// float element. `numero` tells whether there was one at all: a number that
+// names no open file is a failure without message, no number a bad argument.
+std::FILE* fichier_de(const Argument& a, int* num, bool* numero = nullptr) {
   float x;
+  if (numero) *numero = false;
   if (a.type == BLOC_REEL && a.n > 0) x = a.x[0];
   else if (a.type == BLOC_LISTE && a.bloc[4] > 0 && a.bloc[5] == BLOC_REEL && a.bloc[4] > 4)
     x = lit_reel(a.bloc + 8);
   else return nullptr;
+  if (numero) *numero = true;
   mot k;
   if (!reel_entier(x, &k, 0, NB_FICHIERS - 1)) return nullptr;
   *num = k;
@@ -119,8 +122,9 @@ int ecrit(mot* bloc, const mot* limite, const Argument& a, std::FILE* f) {
 int fonction_fichier(int ord, mot* bloc, const mot* limite, const Argument& a) {
   if (ord == F_FOPEN) return ouvre(bloc, limite, a);
   int num = -1;
-  std::FILE* f = fichier_de(a, &num);
-  if (!f) return ord == F_FREAD || ord == F_FWRITE ? usage_lecture_ecriture() : -1;
+  bool numero;
+  std::FILE* f = fichier_de(a, &num, &numero);
+  if (!f) return !numero && (ord == F_FREAD || ord == F_FWRITE) ? usage_lecture_ecriture() : -1;
   switch (ord) {
     case F_FMOT:
       return mot_suivant(bloc, limite, f);

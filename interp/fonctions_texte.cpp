@@ -7,6 +7,7 @@
 #include "core/message.h"
 #include "core/objet.h"
 #include "interp/fonctions_interne.h"
+#include "lang/lang.h"
 #include "startup/startup.h"
 
 namespace {
@@ -23,7 +24,8 @@ int chemin(mot* bloc, const mot* limite, const Argument& a) {
 // The source text of a function; a name without a function comes back.
 int texte_fonction(mot* bloc, const mot* limite, const Argument& a) {
   if (a.type != BLOC_CHAINE) return -1;
-  Objet* f = fonction_trouve(a.s);
+  // The function is read from its file if it has not been yet.
+  Objet* f = *a.s ? fonction_cherche(a.s) : nullptr;
   if (!f || !f->donnees || f->donnees[0] < 5) return resultat_chaine(bloc, limite, a.s, a.n);
   const char* t = reinterpret_cast<const char*>(f->donnees + 4);
   return resultat_chaine(bloc, limite, t, strnlen(t, (f->donnees[0] - 4) * sizeof(mot)));

@@ -203,9 +203,14 @@ int fonctions_analyse(const char* texte, std::size_t n, const char* fichier) {
 
 int fonctions_lit(const char* nom, bool avec_lien) { return lit_fonctions(nom, avec_lien, true); }
 
-Objet* fonction_appel(const char* nom) {
+Objet* fonction_cherche(const char* nom) {
   Objet* f = fonction_trouve(nom);
   if (!f && lit_fonctions(nom, true, false) >= 0) f = fonction_trouve(nom);
+  return f;
+}
+
+Objet* fonction_appel(const char* nom) {
+  Objet* f = fonction_cherche(nom);
   if (!f) {
     std::printf("%s: ", nom);
     message(0, M_FONCTION);

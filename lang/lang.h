@@ -174,6 +174,8 @@ int fonctions_analyse(const char* texte, std::size_t n, const char* fichier = nu
 // A function by name, read from its file when no Objet bears it yet; null
 // after "%s: " and message 41.
 Objet* fonction_appel(const char* nom);
+// The same without a message: null when no file holds it either.
+Objet* fonction_cherche(const char* nom);
 // Reads a file through the search path: the current directory, the user
 // directory, then the environment directory; a name that begins with "."
 // only in the current directory. ext, when not null, is added as ".ext"

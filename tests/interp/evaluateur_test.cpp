@@ -130,10 +130,13 @@ TEST_F(Evaluateur, FailuresReportAndTheNextLineRuns) {
   EXPECT_EQ(imprime("jamais"), "jamais: variable sans valeur\a\nExecution abandonnee\a\n");
   EXPECT_EQ(imprime("jamais + 1"), "jamais: variable sans valeur\a\nExecution abandonnee\a\n");
   EXPECT_EQ(imprime("2 + 2"), "4.000000 \n");
-  // with cont off a failing statement does not stop the text
+  // with cont off a failing statement does not stop the text, and so does
+  // not say that it stopped: its own message and a108 tell the failure
   etats[0][A_CONT] = 0;
+  mot_valeur(0, A_ERR, &n)[0] = 0;
   s = lance("( a = ( 1 / 0 ) ) ; ( kw:$ ( 5 ) ) ;");
-  EXPECT_EQ(s, "Division par zero\a\nExecution abandonnee\a\n5.000000 \n");
+  EXPECT_EQ(s, "Division par zero\a\n5.000000 \n");
+  EXPECT_EQ(mot_valeur(0, A_ERR, &n)[0], -1.0f);
 }
 
 TEST_F(Evaluateur, StackLimitIsReportedAsMessage12) {

@@ -197,7 +197,11 @@ TEST_F(Interne, FilesWrittenThenReadBack) {
   EXPECT_STREQ(bloc_texte(b), "hi!");
   appelle(phrase(F_FCLOSE, {f}));
   std::string s;
-  EXPECT_EQ(appelle(phrase(F_FREAD, {f, 1}), &s), -1);  // closed slot
+  EXPECT_EQ(appelle(phrase(F_FREAD, {f, 1}), &s), -1);  // closed slot: no message
+  EXPECT_EQ(s, "");
+  EXPECT_EQ(appelle(phrase(F_FWRITE, {f, 65}), &s), -1);
+  EXPECT_EQ(s, "");
+  EXPECT_EQ(appelle(phrase_texte(F_FREAD, "x"), &s), -1);  // no number: the usage
   EXPECT_EQ(s, "fread fwrite(pf,datas)\a\n");
   unlink(modele);
 }
