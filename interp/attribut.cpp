@@ -200,6 +200,68 @@ int identite(mot* bloc, const mot* limite, const Chemin& c) {
   return 0;
 }
 
+// Colour per face or per vertex: the path (coul, fac) or (coul, sommet), in
+// either order. Its value is the geometry's records (w, r, g, b), one per
+// face or vertex; w below 1 is a face or vertex with no colour of its own.
+int coul_par_element(const Chemin& c) {
+  if (c.type != B_VOL || c.n != 2 || c.paires[0] != 1 || c.paires[2] != 1) return 0;
+  int a = c.paires[1], b = c.paires[3];
+  if (a == B_COUL && (b == B_FAC || b == B_SOMMET)) return b;
+  if (b == B_COUL && (a == B_FAC || a == B_SOMMET)) return a;
+  return 0;
+}
+
+long nb_elements(Objet* o, int sel) {
+  int n = 0, d;
+  if (sel == B_FAC) {
+    mot* f = vol_fac(o);
+    return f ? f[2] : 0;
+  }
+  return vol_som(o, &n, &d) ? n : 0;
+}
+
+int ecrire_coul_element(Objet* o, const Chemin& c, int sel, const mot* v) {
+  const reel* x;
+  long n;
+  if (!flottants(v, &x, &n)) {
+    message(0, M_TYPE);
+    return -1;
+  }
+  float rgb[3] = {0, 0, 0};
+  for (long k = 0; k < 3 && k < n; ++k) rgb[k] = x[k];
+  if (!c.selection) {
+    // No selection: every face (or vertex) takes the colour.
+    for (long i = 1, nb = nb_elements(o, sel); i <= nb; ++i)
+      if (vol_coul_element_ecrit(o, sel, static_cast<int>(i), rgb) < 0) return -1;
+    return 0;
+  }
+  for (long k = 1, s = compte(c.selection); k <= s; ++k) {
+    mot r;
+    if (entier_de(reel_rangee(c.selection, k), &r) < 0) return -1;
+    if (r >= 1 && vol_coul_element_ecrit(o, sel, r, rgb) < 0) return -1;
+  }
+  return 0;
+}
+
+// Appends the colours of the selected faces (or all); those with no colour
+// of their own give nothing.
+int lire_coul_element(Objet* o, const Chemin& c, int sel, mot* acc, const mot* limite) {
+  const mot cle[4] = {1, B_COUL, 1, sel};
+  const mot* v = vol_valeur(o, 2, cle);
+  if (!v || v[1] != BLOC_REEL || v[3] != -4) return lire_attribut(o, c, acc, limite);  // rows stored plainly
+  long s = c.selection ? compte(c.selection) : (v[0] - 4) / 4;
+  for (long k = 1; k <= s; ++k) {
+    long r = c.selection ? rangee(c.selection, k) : k;
+    const reel* rgb = r >= 1 && r <= INT32_MAX ? coul_element(v, static_cast<int>(r)) : nullptr;
+    if (!rgb) continue;
+    mot t[7] = {7, BLOC_REEL, 3, 1};
+    std::memcpy(t + 4, rgb, 3 * sizeof(float));
+    int e = bloc_ajoute(acc, limite, t, 0);
+    if (e == -12) return e;
+  }
+  return 0;
+}
+
 int dump_attributs(mot* bloc) {
   for (Objet* o = piles.obj_base; o < piles.obj_haut; ++o) {
     if (o->type <= 0 || !o->donnees || o->donnees[0] < 4 || o->donnees[1] != BLOC_BLOCS) continue;
@@ -267,10 +329,11 @@ int attribut(mot* bloc, mot* valeur, const mot* limite) {
   }
   const mot* v = valeur ? valeur : c.acces;
   long nb = compte(c.ids);
+  int coul = coul_par_element(c);
   if (v) {
     for (long i = 1; i <= nb; ++i) {
       Objet* o = objet_trouve_arg(1, c.type, c.ids, static_cast<int>(i));
-      if (o && ecrire_attribut(o, c, v) < 0) return -1;
+      if (o && (coul ? ecrire_coul_element(o, c, coul, v) : ecrire_attribut(o, c, v)) < 0) return -1;
     }
     // A write leaves the value in place of the phrase.
     mot l = v[0] > 0 ? v[0] : 2;
@@ -288,7 +351,7 @@ int attribut(mot* bloc, mot* valeur, const mot* limite) {
   for (long i = 1; i <= nb; ++i) {
     Objet* o = objet_trouve_arg(1, c.type, c.ids, static_cast<int>(i));
     if (!o) continue;
-    int r = lire_attribut(o, c, acc, limite);
+    int r = coul ? lire_coul_element(o, c, coul, acc, limite) : lire_attribut(o, c, acc, limite);
     if (r < 0) return r;
   }
   if (acc[0] == 4) {

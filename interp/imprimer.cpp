@@ -308,6 +308,19 @@ void imprimer_attribut(const mot* t, char separateur) {
     case BLOC_REEL:
     case BLOC_ENTIER: {
       long n = t[0] - 4;
+      if (t[1] == BLOC_REEL && t[3] < 0) {
+        // Records (w, values...): w a word, "-" for a record that holds none.
+        long w = -static_cast<long>(t[3]), rangs = n / w;
+        for (long i = 0; i < rangs; ++i) {
+          numero_rangee(i, rangs);
+          if (t[4 + i * w] < 1) {
+            std::fputs("- ", stdout);
+            continue;
+          }
+          rangee_stockee(t, i * w + 1, w - 1);
+        }
+        return;
+      }
       // A plain vector (width below 2) is one row.
       long w = t[3] > 1 ? t[3] : n;
       long rangs = t[3] > 1 && t[2] > 1 && t[2] * w <= n ? t[2] : 1;

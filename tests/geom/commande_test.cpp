@@ -159,9 +159,9 @@ TEST_F(CommandeGeom, SingleVerticesAndFacesSelectionsAndCompositeFaces) {
   ecrit(1, B_SOM, {0, 0, 0, 1, 0, 0});
   EXPECT_EQ(vol_fac(volume(1)), nullptr);
   // Other keywords with fac leave the phrase to the attribute routine.
-  lance({vol({1}), el(1, B_FAC, {1}), el(1, B_COUL, {1, 0, 0})});
+  lance({vol({1}), el(1, B_SOMMET, {1}), el(1, B_COUL, {1, 0, 0})});
   EXPECT_EQ(r, 0);
-  EXPECT_EQ(lance({vol({1}), el(1, B_FAC, {1}), el(1, B_COUL)}), (std::vector<float>{1, 0, 0}));
+  EXPECT_EQ(lance({vol({1}), el(1, B_SOMMET, {1}), el(1, B_COUL)}), (std::vector<float>{1, 0, 0}));
 }
 
 TEST_F(CommandeGeom, ShapesInOnePhrase) {

@@ -88,10 +88,15 @@ TEST_F(Commande, ReadOverTwoObjectsAndAssignmentForm) {
 
 TEST_F(Commande, SelectedRowsWrittenAndRead) {
   lance({el(1, 4, {1})});
+  mot* som = piles.eva_base + 50000;  // three vertices, written with =
+  som[0] = 13, som[1] = BLOC_REEL, som[2] = 9, som[3] = 1;
+  for (int i = 0; i < 9; ++i) ecrit_reel(som + 4 + i, static_cast<float>(i));
+  lance({el(1, 4, {1}), el(1, 86)}, som);
   lance({el(1, 4, {1}), el(1, 32, {3}), el(1, 17, {1, 1, 1})});
   lance({el(1, 4, {1}), el(1, 32, {1}), el(1, 17, {2, 2, 2})});
   EXPECT_EQ(lance({el(1, 4, {1}), el(1, 32, {3}), el(1, 17)}), (std::vector<float>{1, 1, 1}));
-  EXPECT_EQ(lance({el(1, 4, {1}), el(1, 32, {1, 2}), el(1, 17)}), (std::vector<float>{2, 2, 2, 0, 0, 0}));
+  // A vertex never coloured has no colour, not black.
+  EXPECT_EQ(lance({el(1, 4, {1}), el(1, 32, {1, 2}), el(1, 17)}), (std::vector<float>{2, 2, 2}));
   EXPECT_EQ(lance({el(1, 4, {1}), el(1, 32, {9}), el(1, 17)}), std::vector<float>{});  // out of range
   // The same key without the selection is another attribute.
   mot* b = phrase({el(1, 4, {1}), el(1, 17)});
