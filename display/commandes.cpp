@@ -66,24 +66,9 @@ int sans_fenetre() {
 }
 
 int rend_reels(mot* bloc, const mot* limite, const float* x, int n) {
-  if (limite - bloc < 5 + n) return PILE_PLEINE;
-  bloc[0] = 4 + n;
-  bloc[1] = BLOC_REEL;
-  bloc[2] = n;
-  bloc[3] = 1;
-  for (int k = 0; k < n; ++k) ecrit_reel(bloc + 4 + k, x[k]);
-  return 0;
-}
-
-int rend_chaine(mot* bloc, const mot* limite, const char* s, std::size_t lg) {
-  mot l = long_chaine(lg);
-  if (bloc + l >= limite) return PILE_PLEINE;
-  std::memmove(bloc + 4, s, lg);
-  reinterpret_cast<char*>(bloc + 4)[lg] = 0;
-  bloc[0] = l;
-  bloc[1] = BLOC_CHAINE;
-  bloc[2] = 1;
-  bloc[3] = static_cast<mot>(lg ? lg : 1);
+  reel* r = resultat_reels(bloc, limite, n);
+  if (!r) return PILE_PLEINE;
+  std::memcpy(r, x, sizeof(float) * n);
   return 0;
 }
 
@@ -110,8 +95,9 @@ int cmd_pixel(mot* bloc, mot* valeur, const mot* limite) {
   int n = nombres(valeur_de(bloc, valeur), p, 2);
   if (n < 0) return refuse(B_PIXEL);
   if (fen.fenetre < 1) return sans_fenetre();
-  int x = static_cast<int>(p[0]), y = static_cast<int>(p[1]);
-  if (x < 0 || y < 0 || x >= fen.dimx || y >= fen.dimy) {
+  mot x = 0, y = 0;
+  if (!reel_entier(p[0], &x) || !reel_entier(p[1], &y) || x < 0 || y < 0 || x >= fen.dimx ||
+      y >= fen.dimy) {
     message(0, M_INDICE);
     return ECHEC;
   }
@@ -147,7 +133,10 @@ int cmd_fen(mot* bloc, mot* valeur, const mot* limite) {
     return rien(bloc);
   }
   if (fen.fenetre < 1) return sans_fenetre();
-  int w = static_cast<int>(p[0]), h = n > 1 ? static_cast<int>(p[1]) : fen.dimy;
+  // Sizes past the screen are the window system's to refuse; past int32
+  // they are out of any range.
+  mot w = 0, h = fen.dimy;
+  if (entier_de(p[0], &w) < 0 || (n > 1 && entier_de(p[1], &h) < 0)) return ECHEC;
   // The window system refuses an empty window: such a size goes straight
   // to the reshape, which warns and keeps the old one.
   if (w < 1 || h < 1) Reshape_Func(w, h);
@@ -194,7 +183,7 @@ int cmd_cle(mot* bloc, mot* valeur, const mot* limite) {
   if (!v) {
     char t[CLAVIER_MAX + 2];
     int n = clavier_lire(t, sizeof t);
-    return rend_chaine(bloc, limite, t, static_cast<std::size_t>(n));
+    return resultat_chaine(bloc, limite, t, static_cast<std::size_t>(n));
   }
   const char* texte = chaine(v);
   if (!texte) return COMMANDE_SUITE;

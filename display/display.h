@@ -108,6 +108,8 @@ void projection_2d();    // the 2D projection over the viewport
 // Reads the window's pixels into the working image (object 0) and its RGBA
 // buffer. 0, or -1 without a window.
 int fenetre_lit_image();
+// Draws the working image 0 into the window; -1 when sizes differ or no window.
+int fenetre_montre_image();
 // Rebuilds the working image at a new size; -1 (message 0:28) leaves the
 // old one.
 int image_ecran_taille(int w, int h);

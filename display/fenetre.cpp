@@ -12,6 +12,7 @@
 
 #include "core/message.h"
 #include "display/display.h"
+#include "image/image.h"
 #include "startup/startup.h"
 
 Fenetre fen;
@@ -163,6 +164,10 @@ void fenetre_ouvrir() {
   fen.ima_y = ecran.hauteur;
   fen.echap = dem.esc == 27;
   commandes_fenetre_enregistre();
+  // The image commands read the working image 0 from the frame first, so a
+  // save or copy of the window takes what is shown, and show what they wrote.
+  ima_fenetre.avant_lecture = [] { fenetre_lit_image(); };
+  ima_fenetre.apres_ecriture = [] { fenetre_montre_image(); };
   cree();
   glutMainLoop();
   // The window was closed from outside: the console goes on alone, and a
@@ -170,6 +175,8 @@ void fenetre_ouvrir() {
   console_fin();
   fen.fenetre = -1;
   fen.glut_pret = false;
+  ima_fenetre.avant_lecture = nullptr;
+  ima_fenetre.apres_ecriture = nullptr;
   dpy = nullptr;
   fen.mode_interactif = 0;
   message(1, M_FERMEE);

@@ -4,6 +4,7 @@
 // The working image's block: word 4 the width, 5 the height, 6 the byte
 // count w x 3 x h, pixels from word 7 in planar rows (w red bytes, w green,
 // w blue), row 0 at the bottom as the GL read-back gives it.
+#define GL_GLEXT_PROTOTYPES 1
 #include <GL/freeglut.h>
 
 #include <cstdio>
@@ -12,6 +13,7 @@
 #include "core/message.h"
 #include "core/objet.h"
 #include "display/display.h"
+#include "image/image.h"
 #include "startup/startup.h"
 
 void gl_avant() {
@@ -71,25 +73,17 @@ void entree_outil_2d() {
   gl_avant();
 }
 
+// The working image 0 follows the window's size; the RGBA buffer is where
+// glReadPixels lands before the planes are filled.
 int image_ecran_taille(int w, int h) {
-  long octets = 3L * w * h;
-  mot* ima = bloc_alloue(static_cast<mot>(octets / 4 + 8));
   auto* rvba = static_cast<unsigned char*>(tas::alloue(static_cast<std::size_t>(w) * h * 4));
-  if (!ima || !rvba) {
-    bloc_libere(ima);
-    if (rvba) tas::libere(rvba);
+  if (!rvba) {
     message(0, MES_ALLOCATION);
     return -1;
   }
-  ima[1] = BLOC_IMAGE;
-  ima[2] = ima[3] = 0;
-  ima[4] = w;
-  ima[5] = h;
-  ima[6] = static_cast<mot>(octets);
-  Objet* o = ecran.image_ecran;
-  if (o) {
-    bloc_libere(o->donnees);
-    o->donnees = ima;
+  if (ima_ecran_retaille(w, h) < 0) {
+    tas::libere(rvba);
+    return -1;
   }
   if (ecran.rvba) tas::libere(ecran.rvba);
   ecran.rvba = rvba;
@@ -124,10 +118,12 @@ void Reshape_Func(int w, int h) {
 }
 
 int fenetre_lit_image() {
-  if (fen.fenetre < 1 || !ecran.image_ecran || !ecran.rvba) return -1;
-  mot* ima = ecran.image_ecran->donnees;
+  if (fen.fenetre < 1 || !ecran.rvba) return -1;
+  mot* ima = ima_ecran();
   if (!ima) return -1;
   int w = ima[4], h = ima[5];
+  // A file read into image 0 changed its size: read only what both hold.
+  if (w != ecran.largeur || h != ecran.hauteur) return -1;
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
   glReadPixels(0, 0, w, h, GL_RGBA, GL_UNSIGNED_BYTE, ecran.rvba);
   auto* p = reinterpret_cast<unsigned char*>(ima + 7);
@@ -140,5 +136,31 @@ int fenetre_lit_image() {
       r[2 * w + x] = s[2];
     }
   }
+  return 0;
+}
+
+// The working image 0 drawn into the window at its bottom left, so that what
+// the image commands wrote there is what the window shows.
+int fenetre_montre_image() {
+  if (fen.fenetre < 1 || !ecran.rvba) return -1;
+  const mot* ima = ima_ecran();
+  if (!ima) return -1;
+  int w = ima[4], h = ima[5];
+  if (w != ecran.largeur || h != ecran.hauteur) return -1;
+  const auto* p = reinterpret_cast<const unsigned char*>(ima + 7);
+  unsigned char* d = ecran.rvba;
+  for (int y = 0; y < h; ++y) {
+    const unsigned char* r = p + 3L * w * y;
+    for (int x = 0; x < w; ++x, d += 4) {
+      d[0] = r[x];
+      d[1] = r[w + x];
+      d[2] = r[2 * w + x];
+      d[3] = 255;
+    }
+  }
+  glWindowPos2i(0, 0);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+  glDrawPixels(w, h, GL_RGBA, GL_UNSIGNED_BYTE, ecran.rvba);
+  glFlush();
   return 0;
 }

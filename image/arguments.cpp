@@ -4,6 +4,7 @@
 
 #include "core/message.h"
 #include "image/commande.h"
+#include "interp/interp.h"
 #include "startup/startup.h"
 
 namespace {
@@ -58,16 +59,12 @@ int arg_mauvais(const mot* e) {
 }
 
 int rend_octets(mot* bloc, const mot* limite, const std::vector<float>& x) {
-  long n = static_cast<long>(x.size());
-  if (n == 0) {
-    bloc[0] = 4, bloc[1] = BLOC_NIL, bloc[2] = 0, bloc[3] = 1;
+  if (x.empty()) {
+    resultat_nil(bloc);
     return 0;
   }
-  if (limite - bloc < 4 + n) return PILE_PLEINE;
-  std::memcpy(bloc + 4, x.data(), sizeof(float) * n);
-  bloc[0] = static_cast<mot>(4 + n);
-  bloc[1] = BLOC_REEL;
-  bloc[2] = static_cast<mot>(n);
-  bloc[3] = 1;
+  reel* r = resultat_reels(bloc, limite, static_cast<long>(x.size()));
+  if (!r) return PILE_PLEINE;
+  std::memcpy(r, x.data(), sizeof(float) * x.size());
   return 0;
 }

@@ -192,6 +192,7 @@ int remplit(mot* bloc, const Phrase& p) {
     if (!b) return -1;
     if (n != 0 && ima_installe(n, b) < 0) return -1;
   } else {
+    if (n == 0 && p.source.rect && ima_fenetre.avant_lecture) ima_fenetre.avant_lecture();
     b = image_de(n);
     if (!b) return -1;
   }
@@ -233,6 +234,8 @@ int copie(mot* bloc, const Phrase& p) {
   else if (d.numero == 0 && !p.dim) rd = Rect{0, 0, 1 << 30, 1 << 30};  // the whole window
   mot* dst;
   if (d.numero == 0) {
+    // What lies outside the rectangle stays as the window shows it.
+    if (s.numero != 0 && ima_fenetre.avant_lecture) ima_fenetre.avant_lecture();
     dst = ima_ecran();
     if (!dst) return -1;
     if (!rect_coupe(&rd, ima_l(dst), ima_h(dst))) {

@@ -78,13 +78,18 @@ std::string complet(const NomFichier& n) {
   s += n.ext;
   return s;
 }
-}  // namespace
-
-mot* ima_lit_fichier(std::string_view chemin) {
+// The name as cut, shown when the image trace is on.
+NomFichier nom_trace(std::string_view chemin) {
   NomFichier n = nom_coupe(chemin);
   if (trace_ima())
     std::printf("nom = %.*s ext = %.*s\n", static_cast<int>(n.nom.size()), n.nom.data(),
                 static_cast<int>(n.ext.size()), n.ext.data());
+  return n;
+}
+}  // namespace
+
+mot* ima_lit_fichier(std::string_view chemin) {
+  NomFichier n = nom_trace(chemin);
   std::string c = complet(n);
   switch (format_de(n.ext)) {
     case Format::RAW: return ima_lit_raw(c.c_str());
@@ -98,10 +103,7 @@ mot* ima_lit_fichier(std::string_view chemin) {
 }
 
 int ima_ecrit_fichier(const mot* b, std::string_view chemin) {
-  NomFichier n = nom_coupe(chemin);
-  if (trace_ima())
-    std::printf("nom = %.*s ext = %.*s\n", static_cast<int>(n.nom.size()), n.nom.data(),
-                static_cast<int>(n.ext.size()), n.ext.data());
+  NomFichier n = nom_trace(chemin);
   std::string c = complet(n);
   switch (format_de(n.ext)) {
     case Format::RAW: return ima_ecrit_raw(b, c.c_str());

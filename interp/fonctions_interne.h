@@ -37,12 +37,6 @@ struct Argument {
 // no built-in takes (the caller reports).
 bool lit_argument(const mot* element, Argument* a);
 
-// Writers of the result over the phrase; null (or -12) when it would pass
-// the limit.
-reel* resultat_reels(mot* bloc, const mot* limite, long n);
-int resultat_chaine(mot* bloc, const mot* limite, const char* s, std::size_t lg);
-void resultat_nil(mot* bloc);
-int resultat_scalaire(mot* bloc, const mot* limite, float x);
 
 int fonction_date(mot* bloc, const mot* limite);
 

@@ -174,6 +174,14 @@ const char* nom_variable(const Objet* var);
 // The name of a function object: its name, or the first word of its text.
 const char* nom_fonction(const Objet* f);
 
+// ---- results of commands and built-ins ----------------------------------------
+// A handler writes its value over the phrase it was given; these write one
+// value block there, or give null (or -12) when it would pass the limit.
+reel* resultat_reels(mot* bloc, const mot* limite, long n);
+int resultat_chaine(mot* bloc, const mot* limite, const char* s, std::size_t lg);
+void resultat_nil(mot* bloc);
+int resultat_scalaire(mot* bloc, const mot* limite, float x);
+
 // ---- printing and debug --------------------------------------------------------
 void imprimer(mot* v, const char* format);
 void afficher(mot* v, const reel* options, int n);
