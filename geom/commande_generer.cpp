@@ -292,9 +292,10 @@ int generer(mot* bloc, mot*, const mot*) {
   if (d.genre != B_VOL) return route_absente(bloc, 1, d.genre);
   if (!d.ids) {
     // No target: the copy is made, generated and numbered, or dropped.
+    // The displayed vertices first, as the display pass would leave them.
     Objet* o = objet_defaut();
     int manque = 0;
-    if (o && !un(d, o, &manque)) objet_supprime(o), o = nullptr;
+    if (o && (!gen_som_affiche(o, 1) || !un(d, o, &manque))) objet_supprime(o), o = nullptr;
     if (o && manque) {
       objet_supprime(o);
       return route_absente(bloc, 1, manque);
