@@ -251,7 +251,7 @@ Objet* objet_defaut() {
     o->f1 = z->f1, o->f2 = z->f2, o->f3 = z->f3, o->f4 = z->f4;
     return o;
   }
-  const mot fac[] = {12, BLOC_LISTE, 1, 0, 8, BLOC_ENTIER, 4, 1, 1, 2, 3, 4};
+  const mot fac[] = {12, BLOC_LISTE, 1, 0, 8, BLOC_ENTIER, 1, 4, 1, 2, 3, 4};
   const float carre[] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
   if (vol_som_ecrit(o, carre, 4, 3) || vol_fac_ecrit(o, fac)) {
     objet_supprime(o);
