@@ -5,7 +5,13 @@
 //   generer vol(1) segment           the edges
 //   generer vol(1) voisin            faces around each vertex
 //   generer vol(1) boite [fac]       the box of the volume [of each face]
+//   generer vol(1) boite sommet      boxes of groups of vertices (normale(p): p a group)
+//   generer vol(1) boite trait       boxes of the grid's rows (bornes: its columns)
+//   generer vol(1) choc              weights of the vertices
+//   generer vol(3) nappe num(1,2)    volume 3 stretched over the lines 1 and 2
 //   generer vol(1) fac taille(x,y,z) faces from the line of vertices to a point
+//   generer [normale fac ...]        a new volume, copy of volume 0 (or of the
+//                                    default square), takes the next number
 // With the state of edi on, each volume generated is printed as +number.
 // The routes that build a volume from others (ruled surfaces, adhesion,
 // masks, meshes from a point, skeleton links) say that they are not here.
@@ -213,8 +219,11 @@ bool un(const Demande& d, Objet* o, int* absente) {
       return gen_voisin_fac_som(o, f) != nullptr;
     case B_BOITE:
       if (d.sur == B_FAC) return par_face(o, false) != nullptr;
-      if (d.sur == B_SOMMET || d.sur == B_TRAIT || d.sur == B_BORNES) return *absente = d.sur, true;
+      if (d.sur == B_SOMMET) return gen_boite_sommets(o, d.precision) != nullptr;
+      if (d.sur == B_TRAIT || d.sur == B_BORNES) return gen_boite_lignes(o, d.sur == B_BORNES) != nullptr;
       return boite_vol(o) != nullptr;
+    case B_POIDS:
+      return gen_poids_sommets(o) != nullptr;
   }
   *absente = d.quoi;  // masks, weights, surfaces of lines
   return true;
@@ -222,6 +231,46 @@ bool un(const Demande& d, Objet* o, int* absente) {
 
 void echec_edi() {
   if (nb_etats[0] > A_EDI) etats[0][A_EDI] = 0;
+}
+
+// The object of a generation with no target: a copy of volume 0, or else
+// of the default square, under the next free number. Null after a report.
+Objet* objet_defaut() {
+  int m = numero_max(1, B_VOL);
+  if (m >= NUMERO_MAX) return geom_erreur_valeur(m, MES_DEBORDEMENT), nullptr;
+  Objet* z = objet_trouve(B_VOL, 0, 0, nullptr);
+  mot* donnees = z && z->donnees ? bloc_duplique(z->donnees) : nullptr;
+  if (z && z->donnees && !donnees) return nullptr;
+  Objet* o = objet_cree(1, B_VOL, z ? z->sous_type : 0, nullptr, nullptr, m + 1);
+  if (!o) {
+    bloc_supprime(donnees);
+    return nullptr;
+  }
+  o->donnees = donnees;
+  if (z) {
+    o->f1 = z->f1, o->f2 = z->f2, o->f3 = z->f3, o->f4 = z->f4;
+    return o;
+  }
+  const mot fac[] = {12, BLOC_LISTE, 1, 0, 8, BLOC_ENTIER, 1, 4, 1, 2, 3, 4};
+  const float carre[] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
+  if (vol_som_ecrit(o, carre, 4, 3) || vol_fac_ecrit(o, fac)) {
+    objet_supprime(o);
+    return nullptr;
+  }
+  return o;
+}
+
+int nappe(Demande& d) {
+  std::vector<Objet*> lignes;
+  for (long i = 1, n = nb_ids(d.source); i <= n; ++i)
+    if (Objet* l = objet_trouve_arg(1, B_VOL, d.source, static_cast<int>(i))) lignes.push_back(l);
+  for (long i = 1, n = nb_ids(d.ids); i <= n; ++i) {
+    Objet* o = objet_trouve_arg(1, B_VOL, d.ids, static_cast<int>(i));
+    if (!o) o = objet_cree_arg(1, B_VOL, d.ids, static_cast<int>(i));
+    if (!o || gen_nappe(o, lignes)) return -1;
+    if (etat_ou(0, A_EDI, 0) > 0) std::printf("+%d\n", o->numero);
+  }
+  return 0;
 }
 }  // namespace
 
@@ -233,10 +282,31 @@ int generer(mot* bloc, mot*, const mot*) {
   }
   if (d.absente) return route_absente(bloc, d.absente[1], d.absente[2]);
   // Routes that build from other objects, tried in this order.
-  bool absente = (d.source && d.sur == B_FAC) || (d.ids && d.transfo && d.source) || d.quoi == B_MASQUE ||
-                 d.source || !d.ids;
-  if (absente) return route_absente(bloc, 0, A_GENERER);
+  bool absente = (d.source && d.sur == B_FAC) || (d.ids && d.transfo && d.source) || d.quoi == B_MASQUE;
+  if (!absente && d.quoi == B_SURFACE && d.source && d.ids && d.genre == B_VOL) {
+    if (nappe(d) == 0) return rend_rien(bloc);
+    echec_edi();
+    return -1;
+  }
+  if (absente || d.source) return route_absente(bloc, 0, A_GENERER);
   if (d.genre != B_VOL) return route_absente(bloc, 1, d.genre);
+  if (!d.ids) {
+    // No target: the copy is made, generated and numbered, or dropped.
+    // The displayed vertices first, as the display pass would leave them.
+    Objet* o = objet_defaut();
+    int manque = 0;
+    if (o && (!gen_som_affiche(o, 1) || !un(d, o, &manque))) objet_supprime(o), o = nullptr;
+    if (o && manque) {
+      objet_supprime(o);
+      return route_absente(bloc, 1, manque);
+    }
+    if (!o) {
+      echec_edi();
+      return -1;
+    }
+    std::printf("+%d\n", o->numero);
+    return rend_rien(bloc);
+  }
   for (long i = 1, n = nb_ids(d.ids); i <= n; ++i) {
     Objet* o = objet_trouve_arg(1, B_VOL, d.ids, static_cast<int>(i));
     if (!o) continue;  // passed over without a message

@@ -2,6 +2,7 @@
 // elements, their arguments read as numbers, the objects a phrase names and
 // the values written in place of the phrase.
 #pragma once
+#include <span>
 #include <vector>
 
 #include "geom/interne.h"
@@ -71,3 +72,15 @@ int sommets_sur_pile(Objet* o, mot* dst, const mot* limite);
 // Replaces the vertices with n points and makes the faces the segments of
 // the polyline through them.
 int vol_ligne_ecrit(Objet* o, const reel* p, int n);
+
+// Generators reached only through generer; null or -1 after a report.
+// Boxes (b141, b32) of groups of `precision` vertices.
+mot* gen_boite_sommets(Objet* o, int precision);
+// Boxes of the grid's rows (b141, b76) or columns (b141, b77); a volume that
+// is no grid is one row.
+mot* gen_boite_lignes(Objet* o, bool colonnes);
+// Weights (b81, b32): each face's area shared among its vertices.
+mot* gen_poids_sommets(Objet* o);
+// Vertices and faces of o from lines of equal vertex counts, one row each;
+// unequal counts print "objet_incoherent".
+int gen_nappe(Objet* o, std::span<Objet* const> lignes);

@@ -51,6 +51,12 @@ bool est_transfo(Gestionnaire g) {
   return g == transformer || g == transfo_cle || g == transfo_interne || g == transfo_exec;
 }
 
+// generer(...) alone is the built-in; the bare word generates the default
+// object.
+int generer_seul(mot* bloc, mot* valeur, const mot* limite) {
+  return premier_element(bloc)[0] > 3 ? interne(bloc, valeur, limite) : generer(bloc, valeur, limite);
+}
+
 // List "a". Ordinals handled by the statement level never reach here.
 constexpr Table table_a = [] {
   Table t{};
@@ -64,7 +70,7 @@ constexpr Table table_a = [] {
   pose(t, {A_DETRUIRE}, detruire);
   pose(t, {A_MATRICE_CMD}, transfo_interne);
   pose(t, {A_EXEC}, transfo_exec);
-  pose(t, {A_GENERER}, selon_seul<interne, generer>);
+  pose(t, {A_GENERER}, selon_seul<generer_seul, generer>);
   pose(t, {A_FENETRE}, selon_seul<generer, non_implemente>);
   // Object files, extrusion, session state, textures, movies, devices:
   // their folders come later.

@@ -102,6 +102,8 @@ void proche(const std::vector<float>& a, const std::vector<float>& b, float eps 
   for (std::size_t k = 0; k < a.size(); ++k) EXPECT_NEAR(a[k], b[k], eps) << "indice " << k;
 }
 
+constexpr int B_MASQUE_ = 75, B_TRAIT_ = 76;
+
 int nb_faces(Objet* o) { return vol_fac(o) ? vol_fac(o)[2] : -1; }
 int nb_som(Objet* o) {
   int n, d;
@@ -385,9 +387,154 @@ TEST_F(CommandeGeom, BadInputReportsAndKeepsWhatExists) {
   EXPECT_EQ(lit(1, B_SOM), avant);
   lance({vol({1}), el(1, B_TIRER, {5, 30})});
   EXPECT_EQ(r, -1);
-  lance({el(0, A_GENERER), el(1, B_NORMALE)});
+  lance({el(0, A_GENERER), vol({1}), el(1, B_MASQUE_)});
   EXPECT_EQ(sortie.rfind("generer: non implemente", 0), 0u) << sortie;
   lance({el(1, B_IMAGE, {1}), el(1, B_ROTX, {30})});
   EXPECT_NE(sortie.find("non implemente"), std::string::npos);
   EXPECT_EQ(lit(1, B_SOM), avant);
+}
+
+namespace {
+// The box of rows a..b (from 0, b excluded) of a flat list of vertices.
+std::vector<float> boite_de(const std::vector<float>& s, std::size_t a, std::size_t b, std::size_t pas = 1) {
+  std::vector<float> r{1e30f, 1e30f, 1e30f, -1e30f, -1e30f, -1e30f};
+  for (std::size_t i = a; i < b; i += pas)
+    for (int k = 0; k < 3; ++k) r[k] = std::min(r[k], s[3 * i + k]), r[3 + k] = std::max(r[3 + k], s[3 * i + k]);
+  return r;
+}
+std::vector<float> valeur(Objet* o, std::vector<mot> cle) {
+  mot* v = vol_valeur(o, static_cast<int>(cle.size() / 2), cle.data());
+  if (!v || v[1] != BLOC_REEL) return {};
+  return std::vector<float>(reels(v + 4), reels(v + 4) + v[0] - 4);
+}
+}  // namespace
+
+TEST_F(CommandeGeom, BoxesOfVertexGroupsRowsAndColumns) {
+  // Seven odd vertices in groups of 3: the last group holds one.
+  cree(1);
+  std::vector<float> s{3.5f, -7.25f, 1e6f, -2, 9, 0.125f, 4, 4, -4, -1e-3f, 17, 2, 8, -9, 6, 0, 0, 0, -33, 1, 7};
+  ecrit(1, B_SOM, s);
+  lance({el(0, A_GENERER), vol({1}), el(1, B_BOITE), el(1, B_SOMMET), el(1, B_NORMALE, {3})});
+  ASSERT_EQ(r, 0) << sortie;
+  std::vector<float> attendu;
+  for (std::size_t g = 0; g < 7; g += 3)
+    for (float x : boite_de(s, g, std::min<std::size_t>(g + 3, 7))) attendu.push_back(x);
+  EXPECT_EQ(valeur(volume(1), {1, B_BOITE, 1, B_SOMMET}), attendu);
+  // A group larger than the volume: one box, the volume's.
+  lance({el(0, A_GENERER), vol({1}), el(1, B_BOITE), el(1, B_SOMMET), el(1, B_NORMALE, {999999})});
+  EXPECT_EQ(valeur(volume(1), {1, B_BOITE, 1, B_SOMMET}), boite_de(s, 0, 7));
+  // Not a grid: one row, and a column per vertex.
+  lance({el(0, A_GENERER), vol({1}), el(1, B_BOITE), el(1, B_TRAIT_)});
+  EXPECT_EQ(valeur(volume(1), {1, B_BOITE, 1, B_TRAIT_}), boite_de(s, 0, 7));
+  lance({el(0, A_GENERER), vol({1}), el(1, B_BOITE), el(1, B_BORNES)});
+  EXPECT_EQ(valeur(volume(1), {1, B_BOITE, 1, B_BORNES}).size(), 42u);
+  // A grid of 5 columns of 6 vertices... 7 rows: boxes per row and per column.
+  lance({vol({2}), el(1, B_GRILLE, {5, 6})});
+  ASSERT_EQ(r, 0) << sortie;
+  std::vector<float> g = lit(2, B_SOM);
+  ASSERT_EQ(g.size(), 3u * 6 * 7);
+  lance({el(0, A_GENERER), vol({2}), el(1, B_BOITE), el(1, B_TRAIT_)});
+  lance({el(0, A_GENERER), vol({2}), el(1, B_BOITE), el(1, B_BORNES)});
+  std::vector<float> rangs = valeur(volume(2), {1, B_BOITE, 1, B_TRAIT_});
+  std::vector<float> cols = valeur(volume(2), {1, B_BOITE, 1, B_BORNES});
+  ASSERT_EQ(rangs.size(), 7u * 6);
+  ASSERT_EQ(cols.size(), 6u * 6);
+  for (std::size_t j = 0; j < 7; ++j)
+    EXPECT_EQ(std::vector<float>(rangs.begin() + 6 * j, rangs.begin() + 6 * j + 6), boite_de(g, 6 * j, 6 * j + 6));
+  for (std::size_t i = 0; i < 6; ++i)
+    EXPECT_EQ(std::vector<float>(cols.begin() + 6 * i, cols.begin() + 6 * i + 6), boite_de(g, i, 42, 6));
+  // A volume with no vertices fails, names itself and clears the flag.
+  cree(3);
+  etats[0][A_EDI] = 1;
+  lance({el(0, A_GENERER), vol({3}), el(1, B_BOITE), el(1, B_SOMMET)});
+  EXPECT_EQ(r, -1);
+  EXPECT_EQ(sortie.rfind("3: ", 0), 0u) << sortie;
+  EXPECT_EQ(etats[0][A_EDI], 0);
+}
+
+TEST_F(CommandeGeom, WeightsShareTheAreaOfFaces) {
+  lance({vol({1}), el(1, B_CUBE, {2})});
+  lance({el(0, A_GENERER), vol({1}), el(1, B_POIDS)});
+  ASSERT_EQ(r, 0) << sortie;
+  proche(valeur(volume(1), {1, B_POIDS, 1, B_SOMMET}), std::vector<float>(8, 3.f));
+  // A triangle and a quad sharing an edge, with large odd coordinates: the
+  // weights add up to the area.
+  cree(2);
+  ecrit(2, B_SOM, {0, 0, 0, 3e3f, 0, 0, 3e3f, 7e3f, 0, 0, 7e3f, 0, -5e3f, 0, 0});
+  ecrit(2, B_FAC, {1, 2, 3, 4, 0, 1, 4, 5});
+  lance({el(0, A_GENERER), vol({2}), el(1, B_POIDS)});
+  ASSERT_EQ(r, 0) << sortie;
+  std::vector<float> w = valeur(volume(2), {1, B_POIDS, 1, B_SOMMET});
+  ASSERT_EQ(w.size(), 5u);
+  EXPECT_NEAR(w[1], 21e6f / 4, 1);
+  EXPECT_NEAR(w[4], 17.5e6f / 3, 1);
+  EXPECT_NEAR(w[0] + w[1] + w[2] + w[3] + w[4], 21e6f + 17.5e6f, 8);
+  // Points with no faces weigh 1 each.
+  cree(3);
+  ecrit(3, B_SOM, {1, 2, 3, 4, 5, 6});
+  lance({el(0, A_GENERER), vol({3}), el(1, B_POIDS)});
+  EXPECT_EQ(valeur(volume(3), {1, B_POIDS, 1, B_SOMMET}), (std::vector<float>{1, 1}));
+}
+
+TEST_F(CommandeGeom, SurfaceStretchedOverLines) {
+  cree(1), cree(2), cree(4);
+  ecrit(1, B_SOM, {0, 0, 0, 1, 0, 0, 2, 0.5f, 0});
+  ecrit(2, B_SOM, {0, 3, 1, 1, 3, 1, 2, 3.5f, 1});
+  ecrit(4, B_SOM, {0, 0, 0, 1, 1, 1});
+  etats[0][A_EDI] = 1;
+  lance({el(0, A_GENERER), vol({3}), el(1, B_SURFACE), el(0, A_NUM, {1, 9, 2, 1})});
+  ASSERT_EQ(r, 0) << sortie;
+  EXPECT_EQ(sortie, "+3\n");  // created; 9 is no line
+  Objet* o = volume(3);
+  ASSERT_NE(o, nullptr);
+  EXPECT_EQ(nb_som(o), 9);
+  EXPECT_EQ(nb_faces(o), 4);
+  EXPECT_EQ(vol_nx(o), 2);
+  EXPECT_EQ(vol_ny(o), 2);
+  std::vector<float> v = lit(3, B_SOM);
+  EXPECT_EQ(std::vector<float>(v.begin() + 9, v.begin() + 18), (std::vector<float>{0, 3, 1, 1, 3, 1, 2, 3.5f, 1}));
+  // Lines of different lengths: refused, the volume kept as it was.
+  lance({el(0, A_GENERER), vol({3}), el(1, B_SURFACE), el(0, A_NUM, {1, 4})});
+  EXPECT_EQ(r, -1);
+  EXPECT_EQ(sortie, "objet_incoherent\n");
+  EXPECT_EQ(lit(3, B_SOM), v);
+  // A line with no vertices, or no line at all.
+  cree(5);
+  lance({el(0, A_GENERER), vol({3}), el(1, B_SURFACE), el(0, A_NUM, {1, 5})});
+  EXPECT_EQ(r, -1);
+  lance({el(0, A_GENERER), vol({3}), el(1, B_SURFACE), el(0, A_NUM, {77})});
+  EXPECT_EQ(r, -1);
+  EXPECT_EQ(lit(3, B_SOM), v);
+}
+
+TEST_F(CommandeGeom, GenerateWithNoTargetMakesTheNextVolume) {
+  // No volume 0: the default square, numbered after the highest.
+  cree(41);
+  lance({el(0, A_GENERER), el(1, B_NORMALE), el(1, B_FAC)});
+  ASSERT_EQ(r, 0) << sortie;
+  EXPECT_EQ(sortie, "+42\n");
+  ASSERT_NE(volume(42), nullptr);
+  EXPECT_EQ(nb_som(volume(42)), 4);
+  const mot cle[] = {1, B_NORMALE, 1, B_FAC};
+  ASSERT_NE(vol_attribut(volume(42), 2, cle), nullptr);
+  proche(valeur(volume(42), {1, B_NORMALE, 1, B_FAC}), {0, 0, 1});
+  // An empty volume 0 fails to generate, and leaves no new volume.
+  cree(0);
+  lance({el(0, A_GENERER), el(1, B_NORMALE)});
+  EXPECT_EQ(r, -1);
+  EXPECT_EQ(volume(43), nullptr);
+  // With a volume 0 that has a shape: its copy, whose data are its own.
+  lance({vol({0}), el(1, B_CUBE, {3})});
+  lance({el(0, A_GENERER)});
+  ASSERT_EQ(r, 0) << sortie;
+  EXPECT_EQ(sortie, "+43\n");
+  EXPECT_EQ(nb_som(volume(43)), 8);
+  EXPECT_EQ(nb_faces(volume(43)), 6);
+  ecrit(43, B_SOM, std::vector<float>(24, 5.f));
+  EXPECT_NE(lit(0, B_SOM), lit(43, B_SOM));
+  // Next to the highest number a float can name.
+  cree(999999936);
+  lance({el(0, A_GENERER)});
+  ASSERT_EQ(r, 0) << sortie;
+  EXPECT_EQ(sortie, "+999999937\n");
 }
