@@ -124,19 +124,6 @@ void boite(const reel* s, int d, const int* liste, int n, float* b) {
   }
 }
 
-// A float attribute of the key, filled by f(floats), marked generated.
-template <class F>
-mot* reels_generes(Objet* o, int paires, const mot* cle, long nb, int nc, F f) {
-  if (4 + nb * nc > 0x7fffffff) return geom_erreur_valeur(nb, MES_DEBORDEMENT), nullptr;
-  mot* a = attribut_prepare(o, paires, cle, static_cast<mot>(4 + nb * nc));
-  if (!a) return nullptr;
-  mot* v = valeur_de(a);
-  entete(v, static_cast<mot>(4 + nb * nc), BLOC_REEL, static_cast<mot>(nb), nc);
-  f(reels(v + 4));
-  a[1] = 1;
-  return a;
-}
-
 mot* boite_vol(Objet* o) {
   int n, d;
   reel* s = vol_som(o, &n, &d);

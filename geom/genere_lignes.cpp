@@ -16,19 +16,6 @@
 namespace {
 constexpr int B_TRAIT = 76;  // the lines of a grid, as opposed to b77 its columns
 
-// A float table of nb rows of nc under the key, marked generated; f fills it.
-template <class F>
-mot* table_reels(Objet* o, int paires, const mot* cle, long nb, int nc, F f) {
-  if (4 + nb * nc > 0x7fffffff) return geom_erreur_valeur(nb, MES_DEBORDEMENT), nullptr;
-  mot* a = attribut_prepare(o, paires, cle, static_cast<mot>(4 + nb * nc));
-  if (!a) return nullptr;
-  mot* v = valeur_de(a);
-  entete(v, static_cast<mot>(4 + nb * nc), BLOC_REEL, static_cast<mot>(nb), nc);
-  f(reels(v + 4));
-  a[1] = 1;
-  return a;
-}
-
 // Box of the vertices premier, premier + pas, ... (k of them).
 void boite_pas(const reel* s, int d, long premier, long pas, long k, float* b) {
   for (int a = 0; a < 3; ++a) b[a] = FLT_MAX, b[3 + a] = -FLT_MAX;
@@ -52,7 +39,7 @@ mot* gen_boite_sommets(Objet* o, int precision) {
   long p = std::max(precision, 1);
   long nb = (n + p - 1) / p;  // the last group may be shorter
   const mot cle[] = {1, B_BOITE, 1, B_SOMMET};
-  return table_reels(o, 2, cle, nb, 6, [&](reel* out) {
+  return reels_generes(o, 2, cle, nb, 6, [&](reel* out) {
     for (long g = 0; g < nb; ++g) boite_pas(s, d, g * p, 1, std::min(p, n - g * p), out + g * 6);
   });
 }
@@ -68,7 +55,7 @@ mot* gen_boite_lignes(Objet* o, bool colonnes) {
   long rangs = (n + lg - 1) / lg;
   const mot cle[] = {1, B_BOITE, 1, colonnes ? B_BORNES : B_TRAIT};
   long nb = colonnes ? lg : rangs;
-  return table_reels(o, 2, cle, nb, 6, [&](reel* out) {
+  return reels_generes(o, 2, cle, nb, 6, [&](reel* out) {
     for (long g = 0; g < nb; ++g) {
       if (colonnes)  // column g: vertices g, g + lg, ... below n
         boite_pas(s, d, g, lg, (n - g + lg - 1) / lg, out + g * 6);
@@ -86,7 +73,7 @@ mot* gen_poids_sommets(Objet* o) {
   if (fac && fac_verifie(fac, n)) return nullptr;
   // Each face shares its area equally among its vertices; a volume with no
   // faces is a cloud of points of weight 1.
-  return table_reels(o, 2, CLE_POIDS, n, 1, [&](reel* w) {
+  return reels_generes(o, 2, CLE_POIDS, n, 1, [&](reel* w) {
     std::fill(w, w + n, fac && fac[2] > 0 ? 0.f : 1.f);
     if (!fac) return;
     pour_faces(fac, [&](int, const mot* c, int k) {

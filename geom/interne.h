@@ -66,6 +66,20 @@ inline void entete(mot* b, mot lg, mot tag, mot nl, mot nc) {
   b[3] = nc;
 }
 
+// A float attribute of nb rows of nc under the key, filled by f(floats),
+// marked generated. The attribute's header, or null after a message.
+template <class F>
+mot* reels_generes(Objet* o, int paires, const mot* cle, long nb, int nc, F f) {
+  if (4 + nb * nc > 0x7fffffff) return geom_erreur_valeur(nb, MES_DEBORDEMENT), nullptr;
+  mot* a = attribut_prepare(o, paires, cle, static_cast<mot>(4 + nb * nc));
+  if (!a) return nullptr;
+  mot* v = valeur_de(a);
+  entete(v, static_cast<mot>(4 + nb * nc), BLOC_REEL, static_cast<mot>(nb), nc);
+  f(reels(v + 4));
+  a[1] = 1;
+  return a;
+}
+
 // Calls f(numero, contour, k) for each face of a checked face list, numbers
 // from 1; a composite face gives its outer contour.
 template <class F>
