@@ -1,0 +1,43 @@
+// The software renderer's door: one volume, already prepared by aff_vol_1,
+// drawn into the working image 0 (and shown in the window when one exists).
+//
+// Everything the engine reads is in Vol_rendu; it owns nothing in it except
+// the projected vertices it writes into `proj`. Colours are floats in 0..1,
+// turned into levels 0..255 at the pixel. Faces are the volume's face list
+// (a BLOC_LISTE, see geom.h); vertex numbers in it run from 1.
+#pragma once
+#include "core/bloc.h"
+
+struct Vol_rendu {
+  int numero = 0;          // the volume's number, for labels and messages
+  int mode = 1;            // > 0 shaded, 0 wire, -9 points, -10 numbered points, -68 test
+  int type = 1;            // illumination type, -3..3; negative lights both sides
+  const float* som = nullptr;  // displayed vertices, `dim` floats each (x, y, z first)
+  int ns = 0, dim = 3;
+  const mot* fac = nullptr;    // face list, or null
+  int nf = 0;
+  const int* liste_fac = nullptr;  // an explicit list of faces (from 1), or null
+  int n_liste = 0;
+  const float* n_fac = nullptr;    // face normals, `pas_n` floats each, or null
+  const float* n_som = nullptr;    // vertex normals, or null
+  int pas_n = 3;
+  const float* coul = nullptr;     // 3 floats; null is white
+  const mot* c_fac = nullptr;      // value of (b17, b15), or null
+  const mot* c_som = nullptr;      // value of (b17, b32), or null
+  const float* illum = nullptr;    // type, diffuse, specular, shininess, transparency
+  const int* lum = nullptr;        // numbers of the lights of this volume
+  int nlum = 0;
+  int zbu = -1;                    // this volume's z-buffer mode (b25); -1: the global one
+  bool rapide = false;             // the wire fast path may be taken
+  bool tri = true;                 // transparent faces sorted farthest first
+  float* proj = nullptr;           // out: 7 floats per vertex, or null for a scratch copy
+};
+
+// 0, or a negative value after a numbered message.
+int rendu_vol(const Vol_rendu& v);
+// Makes or resizes the z-buffer of the current mode at the window's size,
+// filled with its far value when `effacer` is non-zero. 0, or -1 (0:28).
+int init_zbuf(int effacer);
+// The z-buffer mode (0 none, 1 16-bit, 2 float), as the key zbu sets it.
+int zbuf_mode();
+int zbuf_mode_fixe(int mode);  // prints its line; -1 with 0:66 for a negative mode
