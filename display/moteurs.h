@@ -1,14 +1,15 @@
-// The software renderer's door: one volume, already prepared by aff_vol_1,
-// drawn into the working image 0 (and shown in the window when one exists).
+// The doors of the two engines of `aff`. aff_vol_1 prepares one volume into
+// a Vol_aff and hands it either to the software renderer, which draws into
+// the working image 0 (shown in the window when one exists), or to OpenGL.
 //
-// Everything the engine reads is in Vol_rendu; it owns nothing in it except
-// the projected vertices it writes into `proj`. Colours are floats in 0..1,
-// turned into levels 0..255 at the pixel. Faces are the volume's face list
+// Everything an engine reads is in Vol_aff; it owns nothing in it except
+// the projected vertices the software engine writes into `proj`. Colours
+// are floats in 0..1, turned into levels 0..255 at the pixel. Faces are the volume's face list
 // (a BLOC_LISTE, see geom.h); vertex numbers in it run from 1.
 #pragma once
 #include "core/bloc.h"
 
-struct Vol_rendu {
+struct Vol_aff {
   int numero = 0;          // the volume's number, for labels and messages
   int mode = 1;            // > 0 shaded, 0 wire, -9 points, -10 numbered points, -68 test
   int type = 1;            // illumination type, -3..3; negative lights both sides
@@ -16,6 +17,8 @@ struct Vol_rendu {
   int ns = 0, dim = 3;
   const mot* fac = nullptr;    // face list, or null
   int nf = 0;
+  const mot* aretes = nullptr; // value of (b51): pairs of vertex numbers, or null
+  int ne = 0;
   const int* liste_fac = nullptr;  // an explicit list of faces (from 1), or null
   int n_liste = 0;
   const float* n_fac = nullptr;    // face normals, `pas_n` floats each, or null
@@ -33,11 +36,23 @@ struct Vol_rendu {
   float* proj = nullptr;           // out: 7 floats per vertex, or null for a scratch copy
 };
 
+// ---- the software engine -------------------------------------------------
 // 0, or a negative value after a numbered message.
-int rendu_vol(const Vol_rendu& v);
+int rendu_vol(const Vol_aff& v);
 // Makes or resizes the z-buffer of the current mode at the window's size,
 // filled with its far value when `effacer` is non-zero. 0, or -1 (0:28).
 int init_zbuf(int effacer);
 // The z-buffer mode (0 none, 1 16-bit, 2 float), as the key zbu sets it.
 int zbuf_mode();
 int zbuf_mode_fixe(int mode);  // prints its line; -1 with 0:66 for a negative mode
+
+// ---- the OpenGL engine -----------------------------------------------------
+// Method 1 of aff: the volume's polygons one at a time into the current
+// draw buffer. 0, or negative.
+int aff_gl_vol(const Vol_aff& v);
+// The projection step of a frame from the eye; `reset` loads identity first.
+void projection_set(int reset);
+// Lights of the object table into OpenGL: 0, or -1 with a message.
+int lum_gl();
+void lum_eteindre();
+int lum_id(int i);  // GL_LIGHT0 + i, or -1
