@@ -12,6 +12,7 @@
 
 #include "core/message.h"
 #include "display/display.h"
+#include "display/moteurs.h"
 #include "image/image.h"
 #include "startup/startup.h"
 
@@ -146,7 +147,11 @@ bool plein_ecran(bool demande) {
   return true;
 }
 
-void fenetre_enregistre() { entree_fenetre = entree; }
+void fenetre_enregistre() {
+  entree_fenetre = entree;
+  // The renderer's keys work without a window too.
+  rendu_enregistre();
+}
 
 void fenetre_rouvrir() {
   if (!fen.glut_pret) {
