@@ -231,14 +231,22 @@ std::vector<std::string> menus() {
 TEST(Fenetre, ReouvertureMenusEtPleinEcran) {
   Session s;
   ASSERT_TRUE(attend(s.p, "empilements"));
-  std::vector<std::string> avant = menus();
+  // Slow builds make the window late: wait for what is asked.
+  auto attend_menus = [](auto ok) {
+    std::vector<std::string> v;
+    for (int k = 0; k < 100 && !ok(v = menus()); ++k) dort(50);
+    return v;
+  };
+  std::vector<std::string> avant = attend_menus([](auto& v) { return v.size() == 2; });
   EXPECT_EQ(avant.size(), 2u);
   // Opened again twice: the old window and its menus go, two new roots
   // come, and the new window is the one the commands draw in.
   tape(s.p, "fen(0)");
   tape(s.p, "fen(0)");
-  dort(300);
-  std::vector<std::string> apres = menus();
+  std::vector<std::string> apres = attend_menus([&](auto& v) { return v.size() == 2 && v != avant; });
+  tape(s.p, "$ \"@r\"");
+  ASSERT_TRUE(attend(s.p, "@r "));
+  apres = menus();
   ASSERT_EQ(apres.size(), 2u);
   for (const std::string& m : apres) EXPECT_EQ(std::count(avant.begin(), avant.end(), m), 0);
   std::string f = xdo("search --name '^orvane$'");
