@@ -118,7 +118,11 @@ const Outil* outil(int mode) {
   return mode > 0 && mode < 200 ? &outils[mode] : nullptr;
 }
 
-void fenetre_enregistre() { entree_fenetre = entree; }
+void fenetre_enregistre() {
+  entree_fenetre = entree;
+  // aff and the eye work with or without a window.
+  aff_enregistre();
+}
 
 void fenetre_rouvrir() {
   if (!fen.glut_pret) {
