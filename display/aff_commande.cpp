@@ -41,6 +41,9 @@ int aff_points(mot* bloc, const mot* limite, const mot* points) {
   for (int i = 1; i <= n; ++i) fac.push_back(i);
   fac[0] = static_cast<mot>(fac.size());
   if (Objet* ancien = objet_trouve(B_VOL, 0, VOL_TEMPORAIRE, nullptr)) objet_supprime(ancien);
+  // The working volume becomes the current object while it is shown; the
+  // one before it is current again after.
+  Objet* courant = objet_courant;
   Objet* o = objet_cree(1, B_VOL, 0, nullptr, nullptr, VOL_TEMPORAIRE);
   if (!o) return ECHEC;
   int r = vol_som_ecrit(o, x.data(), n, 3);
@@ -51,7 +54,10 @@ int aff_points(mot* bloc, const mot* limite, const mot* points) {
     if (e[1] == 1 && e[2] == COUL && aff_nombres(valeur(e), c) && c.size() >= 3) r = vol_coul_ecrit(o, c.data());
   }
   if (r >= 0) r = aff_scene(bloc, limite, VOL_TEMPORAIRE);
-  if (Objet* t = objet_trouve(B_VOL, 0, VOL_TEMPORAIRE, nullptr)) objet_supprime(t);
+  if (Objet* t = objet_trouve(B_VOL, 0, VOL_TEMPORAIRE, nullptr)) {
+    if (objet_courant == t) objet_courant = courant && courant->type ? courant : nullptr;
+    objet_supprime(t);
+  }
   return r < 0 ? r : 0;
 }
 

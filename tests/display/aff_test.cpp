@@ -220,8 +220,10 @@ TEST_F(Aff, TestPassMakesProjectedVerticesAndDrawsNothing) {
 
 TEST_F(Aff, WorkingVolumeOfPointsIsMadeShownAndDeleted) {
   std::vector<float> tri{0, 0, 0, 100, 0, 0, 0, 100, 0, 7};  // a spare float is dropped
+  Objet* courant = objet_courant = cube(9);
   lance({b(AFF, tri), b(COUL, {1, 0, 0})});
   ASSERT_EQ(r, 0) << sortie;
+  EXPECT_EQ(objet_courant, courant);
   EXPECT_EQ(aff_bilan.logiciel, 1);
   // It was drawn in wire (the phrase's first element was replaced) and is
   // gone.
