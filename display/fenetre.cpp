@@ -12,6 +12,7 @@
 
 #include "core/message.h"
 #include "display/display.h"
+#include "display/moteurs.h"
 #include "image/image.h"
 #include "startup/startup.h"
 
@@ -120,8 +121,9 @@ const Outil* outil(int mode) {
 
 void fenetre_enregistre() {
   entree_fenetre = entree;
-  // aff and the eye work with or without a window.
+  // aff, the eye and the renderer's keys work without a window too.
   aff_enregistre();
+  rendu_enregistre();
 }
 
 void fenetre_rouvrir() {
