@@ -77,9 +77,10 @@ int aff_vols(const Aff_appel& a, const int* liste, int n);
 int aff_tous(const Aff_appel& a, int genre);
 int aff_vol_1(const Aff_appel& a, Objet* o, int recursion);
 
-// The projected vertices of the software engine: for each vertex the
-// point seen from the eye (x, y, z, w) and its place in the working image
-// (column, row from the bottom, depth). `dimx` x `dimy` is the image.
+// Points placed as the software engine places the vertices it projects
+// into (b13, b32): the point seen from the eye (x, y, z), the divisor w of
+// the projection, and its place in the working image (column, row from the
+// bottom, depth 0..1). `dimx` x `dimy` is the image.
 constexpr int PROJ_PAS = 7;
 void aff_projette(const float* som, int n, int d, int dimx, int dimy, float* sortie);
 

@@ -1,7 +1,7 @@
-// The projected vertices (b13, b32) of a display: each vertex through the
-// eye's view matrix, then its projection and the viewport of the working
-// image. The matrices are the eye's own (oeil_matrices), the same that the
-// OpenGL projection builds, so that both engines place a vertex alike.
+// Points of the drawing orders placed as the software engine places
+// vertices: through the eye's view matrix, then its projection and the
+// viewport of the working image (oeil_matrices, the same matrices that the
+// OpenGL projection builds).
 // A divisor within +-1e-7 is taken as 1: a vertex in the eye's plane gives
 // a far but finite point, never a division by zero.
 #include <cmath>
@@ -27,7 +27,7 @@ void aff_projette(const float* som, int n, int d, int dimx, int dimy, float* sor
     applique(proj, t, c);
     float w = std::fabs(c[3]) <= 1e-7f ? 1.f : c[3];
     float* o = sortie + static_cast<long>(i) * PROJ_PAS;
-    o[0] = t[0], o[1] = t[1], o[2] = t[2], o[3] = t[3];
+    o[0] = t[0], o[1] = t[1], o[2] = t[2], o[3] = c[3];
     o[4] = (c[0] / w + 1.f) * 0.5f * static_cast<float>(dimx);
     o[5] = (c[1] / w + 1.f) * 0.5f * static_cast<float>(dimy);
     o[6] = (c[2] / w + 1.f) * 0.5f;

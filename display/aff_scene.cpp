@@ -223,7 +223,21 @@ int aff_scene(mot* bloc, const mot* limite, int vol_substitue) {
     }
     if (e[1] != 1) continue;
     switch (e[2]) {
-      case FOND: effacer = true; break;
+      case FOND:
+        // fond(r, g, b): that colour from now on.
+        if (v) {
+          std::vector<float> x;
+          int n = 0;
+          reel* c = mot_valeur(1, FOND, &n);
+          if (!aff_nombres(v, x)) {
+            mot_imprime(1, FOND);
+            message(0, MES_VALEUR);
+            return ECHEC;
+          }
+          for (int j = 0; c && j < n && j < static_cast<int>(x.size()); ++j) c[j] = x[j];
+        }
+        effacer = true;
+        break;
       case VOL: case LUM: case IMA: case TRA: case CIN: case ALP:
         genre = e[2];
         if (v) ids = v;

@@ -128,30 +128,22 @@ int remplacants(const Aff_appel& a, const mot* v, int recursion) {
   return 0;
 }
 
-// (b13, b32) on the volume: 7 floats a vertex, made for this display unless
-// the user gave it at the right size.
-float* projetes(Objet* o, const Aff_attributs& at, const float* som, int ns, int d) {
+// (b13, b32) on the volume: room for 7 floats a vertex, which the software
+// engine fills as it projects. A list the user gave is left as it is and
+// the engine projects into its own workspace.
+float* projetes(Objet* o, int ns, bool* donne) {
   const mot cle[4] = {1, PROJ, 1, SOMMET};
   mot* a = vol_attribut(o, 2, cle);
-  if (a && a[1] == BLOC_PHRASE && at.proj && at.proj[1] == BLOC_REEL && at.proj[2] == ns &&
-      at.proj[3] == PROJ_PAS)
-    return reels(a + a[2] + 4);
+  *donne = a && a[1] == BLOC_PHRASE;
+  if (*donne) return nullptr;
   mot lg = 4 + PROJ_PAS * ns;
   a = attribut_prepare(o, 2, cle, lg);
   if (!a) return nullptr;
   mot* v = a + a[2];
   v[0] = lg, v[1] = BLOC_REEL, v[2] = ns, v[3] = PROJ_PAS;
-  mot* ecran = ima_ecran();
-  int dx = ecran ? ima_l(ecran) : 1, dy = ecran ? ima_h(ecran) : 1;
-  float* p = reels(v + 4);
-  aff_projette(som, ns, d, dx, dy, p);
-  if (at.decale)
-    for (int i = 0; i < ns; ++i) {
-      p[PROJ_PAS * i + 4] += at.decalage[0];
-      p[PROJ_PAS * i + 5] += at.decalage[1];
-    }
+  std::fill(reels(v + 4), reels(v + 4) + PROJ_PAS * ns, 0.f);
   a[1] = 1;
-  return p;
+  return reels(v + 4);
 }
 
 const float* reels_ou_nul(const mot* v) { return v && v[1] == BLOC_REEL ? reels(v + 4) : nullptr; }
@@ -329,15 +321,12 @@ int aff_vol_1(const Aff_appel& a, Objet* o, int recursion) {
     ++aff_bilan.gl;
     return aff_gl_vol(v);
   }
-  // 16. The software engine, from the projected vertices.
-  float* p = projetes(o, at, som, ns, d);
-  if (!p) return -1;
-  v.proj = p;
-  if (mode == MODE_TEST) {
-    ++aff_bilan.test;
-    return 0;
-  }
-  ++aff_bilan.logiciel;
+  // 16. The software engine, which projects into (b13, b32) and, in the
+  // test pass, stops there.
+  bool donne = false;
+  v.proj = projetes(o, ns, &donne);
+  if (!v.proj && !donne) return -1;
+  ++(mode == MODE_TEST ? aff_bilan.test : aff_bilan.logiciel);
   return rendu_vol(v);
 }
 
