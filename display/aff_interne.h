@@ -62,7 +62,7 @@ struct Aff_appel {
 // What the displays have done, for the tests and the curious: volumes
 // sent to each engine and the last decisions made.
 struct Aff_bilan {
-  long logiciel = 0, gl = 0, test = 0, boites = 0, sans_faces = 0, nuages = 0;
+  long logiciel = 0, gl = 0, test = 0, boites = 0, sans_faces = 0, nuages = 0, hors_ecran = 0;
   int mode = 0, methode = 0, type = 0;
   bool rapide = false;
   int nlum = 0;

@@ -33,6 +33,7 @@ constexpr int PROFONDEUR_MAX = 16;
 // Lists reused from one volume to the next: no allocation once they have
 // grown to the scene's size.
 std::vector<int> lumieres;
+std::vector<float> ecran_proj;
 
 bool dans(const int* l, int n, int x) {
   for (int k = 0; k < n; ++k)
@@ -146,6 +147,33 @@ float* projetes(Objet* o, int ns, bool* donne) {
   return reels(v + 4);
 }
 
+// True when every vertex lies outside the working image grown by `marge`
+// pixels, all on the same side.
+bool hors_ecran(const float* som, int ns, int d, float marge) {
+  mot* im = ima_ecran();
+  if (!im) return false;
+  float l = static_cast<float>(ima_l(im)), h = static_cast<float>(ima_h(im));
+  ecran_proj.resize(static_cast<std::size_t>(ns) * PROJ_PAS);
+  aff_projette(som, ns, d, ima_l(im), ima_h(im), ecran_proj.data());
+  int cotes = 15, derriere = 0;
+  for (int i = 0; i < ns; ++i) {
+    const float* p = ecran_proj.data() + static_cast<long>(i) * PROJ_PAS;
+    // Behind the eye a vertex's place on the screen says nothing.
+    if (p[3] <= 0) {
+      ++derriere;
+      continue;
+    }
+    int c = 0;
+    if (p[4] < -marge) c |= 1;
+    if (p[4] > l + marge) c |= 2;
+    if (p[5] < -marge) c |= 4;
+    if (p[5] > h + marge) c |= 8;
+    cotes &= c;
+  }
+  if (derriere) return derriere == ns;
+  return cotes != 0;
+}
+
 const float* reels_ou_nul(const mot* v) { return v && v[1] == BLOC_REEL ? reels(v + 4) : nullptr; }
 }  // namespace
 
@@ -222,6 +250,13 @@ int aff_vol_1(const Aff_appel& a, Objet* o, int recursion) {
   }
   // 9. Shown by the image display: not this one.
   if (at.image) return 0;
+  // A margin (b6, or flag [6] for a numbered volume): a volume wholly
+  // outside the screen grown by it is not drawn.
+  float marge = at.marge_donnee ? at.marge : (numero != 0 ? static_cast<float>(etat_ou(1, MARGE, 0)) : 0.f);
+  if (marge != 0 && mode != MODE_TEST && hors_ecran(som, ns, d, marge)) {
+    ++aff_bilan.hors_ecran;
+    return 0;
+  }
   // 10. Illumination.
   float illum[5] = {1, 1, 0, 0, 0};
   if (const float* il = reels_ou_nul(at.illum)) std::copy(il, il + std::min<int>(5, at.illum[0] - 4), illum);

@@ -175,6 +175,30 @@ TEST_F(Aff, ModesMethodsAndFlagsRouteEachVolume) {
   lance({b(AFF), vol({1}), el(0, aff_a::GENERER)});
   EXPECT_EQ(aff_bilan.test, 1);
   etats[1][AFF] = 1;
+  // A margin: a volume wholly outside the screen grown by it is not drawn,
+  // one that reaches into it is; behind the eye is outside too.
+  const float marge[1] = {10};
+  Objet* loin = cube(3);
+  attribut_ecrit_1(loin, 1, MARGE, marge, 1, 1);
+  avant = aff_bilan.logiciel;
+  lance({b(AFF), vol({3})});
+  EXPECT_EQ(aff_bilan.logiciel, avant + 1);
+  for (float dx : {1e5f, -1e5f}) {
+    Transfo t;
+    t.op = B_DEP;
+    t.v[0] = dx;
+    ASSERT_EQ(transformer_vol(loin, &t, nullptr, false), 0);
+    lance({b(AFF), vol({3})});
+    EXPECT_EQ(aff_bilan.logiciel, avant + 1);
+    t.v[0] = -dx;
+    transformer_vol(loin, &t, nullptr, false);
+  }
+  Transfo derriere;
+  derriere.op = B_DEP;
+  derriere.v[2] = -5000;
+  transformer_vol(loin, &derriere, nullptr, false);
+  lance({b(AFF), vol({3})});
+  EXPECT_EQ(aff_bilan.hors_ecran, 3);
   // The volume's own method (b108) and its substitution (b65).
   const float g[1] = {2};
   attribut_ecrit_1(volume(1), 1, GL, g, 1, 1);
