@@ -66,6 +66,7 @@ struct Aff_bilan {
   int mode = 0, methode = 0, type = 0;
   bool rapide = false;
   int nlum = 0;
+  int n_liste = -1;  // the caller's faces, -1 for none
 };
 extern Aff_bilan aff_bilan;
 

@@ -34,6 +34,7 @@ constexpr int PROFONDEUR_MAX = 16;
 // grown to the scene's size.
 std::vector<int> lumieres;
 std::vector<float> ecran_proj;
+std::vector<int> liste_faces;
 
 bool dans(const int* l, int n, int x) {
   for (int k = 0; k < n; ++k)
@@ -324,9 +325,15 @@ int aff_vol_1(const Aff_appel& a, Objet* o, int recursion) {
     v.ne = at.aretes[2];
   }
   // 13. The caller's list of faces.
+  // Numbers past this volume's faces are passed over.
   if (a.faces) {
-    v.liste_fac = a.faces;
-    v.n_liste = a.nb_faces;
+    liste_faces.clear();
+    for (int k = 0; k < a.nb_faces; ++k)
+      if (a.faces[k] >= 1 && a.faces[k] <= nf) liste_faces.push_back(a.faces[k]);
+    // An empty list still says "these faces only": none.
+    static const int aucune = 0;
+    v.liste_fac = liste_faces.empty() ? &aucune : liste_faces.data();
+    v.n_liste = static_cast<int>(liste_faces.size());
   }
   v.n_fac = n_fac;
   v.n_som = n_som;
@@ -345,6 +352,7 @@ int aff_vol_1(const Aff_appel& a, Objet* o, int recursion) {
   aff_bilan.type = type;
   aff_bilan.rapide = v.rapide;
   aff_bilan.nlum = v.nlum;
+  aff_bilan.n_liste = v.liste_fac ? v.n_liste : -1;
   // 15. OpenGL, with its edges completed.
   if (gl && mode != MODE_TEST) {
     if (!v.aretes && (mode == 0 || type == 0) && methode != METHODE_BOITE && src == o) {

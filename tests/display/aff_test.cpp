@@ -199,7 +199,25 @@ TEST_F(Aff, ModesMethodsAndFlagsRouteEachVolume) {
   transformer_vol(loin, &derriere, nullptr, false);
   lance({b(AFF), vol({3})});
   EXPECT_EQ(aff_bilan.hors_ecran, 3);
-  // The volume's own method (b108) and its substitution (b65).
+  // The caller's faces, numbers out of range dropped.
+  lance({b(AFF), vol({2}), b(FAC, {2, 5, 99, 7, 0, -4, 1e12f})});
+  EXPECT_EQ(aff_bilan.n_liste, 2);
+  lance({b(AFF), vol({2})});
+  EXPECT_EQ(aff_bilan.n_liste, -1);
+  // Volume 1 shown with the attributes of volume 2 (b65), unless the flag
+  // is off.
+  const float deux[1] = {2};
+  const float lisse3[1] = {3};
+  ASSERT_EQ(vol_illum_ecrit(volume(2), lisse3, 1), 0);
+  attribut_ecrit_1(volume(1), 1, SUBST, deux, 1, 1);
+  lance({b(AFF), vol({1})});
+  EXPECT_EQ(aff_bilan.type, 3);
+  etats[1][SUBST] = 0;
+  lance({b(AFF), vol({1})});
+  EXPECT_EQ(aff_bilan.type, 1);
+  etats[1][SUBST] = 1;
+  attribut_enleve_1(volume(1), false, 1, SUBST);
+  // The volume's own method (b108).
   const float g[1] = {2};
   attribut_ecrit_1(volume(1), 1, GL, g, 1, 1);
   lance({b(AFF), vol({1})});
