@@ -262,6 +262,7 @@ int executer(mot* code, mot* resultat) {
       if (*pas_lu == 1 && pas_a_pas(code, p) < 0) return ECHEC;
       if (debug.drapeau != 0 && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
     }
+    ++interp.passes;
     mot w = p[0];
     mot* suite;
     if (w == IT_SAUT) {
@@ -401,7 +402,8 @@ int executer(mot* code, mot* resultat) {
         }
       }
     } else if (w == IT_OP) {
-      suite = evaluer_groupe(p, resultat, &etat);
+      suite = interp.raccourcis && forme_ajout(p) ? ajout_en_place(p, resultat) : nullptr;
+      if (!suite) suite = evaluer_groupe(p, resultat, &etat);
     } else if (w == IT_MOT) {
       suite = construire_phrase(p, resultat);
       if (suite) {

@@ -153,7 +153,7 @@ inline mot* droite_de_cible_indexee(mot* p) {
 // element's new value, as on the general way. Null, with nothing done, when
 // the shapes or values are not those.
 mot* affecte_element(mot* p, mot* base) {
-  if (p[12] != IT_OP || p[14] != IT_OP || p[15] != '(') return nullptr;
+  if (!forme_element(p) || p[12] != IT_OP || fermant(p[13]) || p[14] != IT_OP || p[15] != '(') return nullptr;
   mot op = p[13], c = 0;
   if (op != '=' && !(c = operateur_compose(op))) return nullptr;
   float v, r;
@@ -291,7 +291,7 @@ mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat) {
         case IT_OP: {
           mot op = p[1];
           if (op == '(' || op == '[' || op == '{') {
-            if (op == '(' && p[2] < 0 && p[10] == IT_OP && p[11] == ')' && lit_seulement(p + 12) && place(haut, 5)) {
+            if (op == '(' && forme_element(p) && lit_seulement(p + 12) && place(haut, 5)) {
               // An element only read is its value.
               if (const reel* e = element_direct(p, false)) {
                 ecrit_scalaire(haut, *e);

@@ -146,10 +146,16 @@ TOUJOURS_EN_LIGNE bool calcul_scalaire(mot op, float a, float b, float* r) {
 // that an operator only reads becomes its value as soon as its group
 // closes, before the operand on its right runs. So `x[0] + (x[0] = 5)` adds
 // the old x[0] and 5 on both ways, and the element is never read late.
+// The words are read in order, each only once those before it showed that
+// the group goes on that far: a code run may end right behind a group.
+TOUJOURS_EN_LIGNE bool forme_element(const mot* g) {
+  return g[0] == IT_OP && g[1] == '(' && (g[2] == IT_LOCAL || g[2] == IT_GLOBAL || g[2] == IT_STATIQUE) &&
+         g[4] == IT_OP && g[5] == '[' &&
+         (g[6] == IT_REEL || g[6] == IT_LOCAL || g[6] == IT_GLOBAL || g[6] == IT_STATIQUE) && g[8] == IT_OP &&
+         g[9] == ']' && g[10] == IT_OP && g[11] == ')';
+}
 TOUJOURS_EN_LIGNE reel* element_direct(const mot* g, bool ecriture) {
-  if (!interp.raccourcis || g[0] != IT_OP || g[1] != '(' || g[4] != IT_OP || g[5] != '[' || g[8] != IT_OP || g[9] != ']' ||
-      g[10] != IT_OP || g[11] != ')')
-    return nullptr;
+  if (!interp.raccourcis || !forme_element(g)) return nullptr;
   const Objet* o;
   switch (g[2]) {
     case IT_LOCAL:
@@ -228,8 +234,13 @@ inline mot mot_retour() {
 TOUJOURS_EN_LIGNE const mot* expression_scalaire(const mot* g, float* r, bool seul_element) {
   if (g[0] != IT_OP || g[1] != '(') return nullptr;
   // The shape first, from the items' kinds alone; then the values.
+  auto forme = [](const mot* p) {
+    if (p[0] == IT_REEL || p[0] == IT_LOCAL || p[0] == IT_GLOBAL || p[0] == IT_STATIQUE) return 2;
+    return forme_element(p) ? 12 : 0;
+  };
   const mot* p = g + 2;
-  const int na = p[0] == IT_OP ? 12 : 2;
+  const int na = forme(p);
+  if (!na) return nullptr;
   const mot* o = p + na;
   if (o[0] != IT_OP) return nullptr;
   float a, b;
@@ -239,10 +250,20 @@ TOUJOURS_EN_LIGNE const mot* expression_scalaire(const mot* g, float* r, bool se
     *r = a;
     return o + 2;
   }
-  const int nb = o[2] == IT_OP ? 12 : 2;
+  if (ouvrant(o[1]) || fermant(o[1])) return nullptr;
+  const int nb = forme(o + 2);
+  if (!nb) return nullptr;
   const mot* f = o + 2 + nb;
   if (f[0] != IT_OP || f[1] != ')' || !operande_scalaire(p, &a) || !operande_scalaire(o + 2, &b) ||
       !calcul_scalaire(o[1], a, b, r))
     return nullptr;
   return f + 2;
+}
+
+// s = s, t as a statement on strings: t appended in s's own block; the next
+// item, or null with nothing done when that is not the shape or the values.
+mot* ajout_en_place(mot* p, mot* resultat);
+TOUJOURS_EN_LIGNE bool forme_ajout(const mot* p) {
+  return p[2] < 0 && p[4] == IT_OP && p[5] == '=' && p[6] == IT_OP && p[7] == '(' && p[8] == p[2] &&
+         p[9] == p[3] && p[10] == IT_OP && p[11] == ',';
 }

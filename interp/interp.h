@@ -89,6 +89,7 @@ struct Interp {
   // the environment every statement takes the general way, so that tests
   // can compare the two on the same program.
   bool raccourcis = true;
+  unsigned long passes = 0;  // statements and tests walked, by every run
 };
 extern Interp interp;
 

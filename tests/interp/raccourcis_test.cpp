@@ -89,6 +89,40 @@ TEST(Raccourcis, ElementsAndScalarsGiveTheSameTextAndFailAlike) {
   }
 }
 
+TEST(Raccourcis, StringsAppendedInPlaceReadAsTheGeneralWayMakesThem) {
+  std::mt19937 a(std::random_device{}());
+  char modele[] = "/tmp/orvsXXXXXX";
+  ASSERT_NE(mkdtemp(modele), nullptr);
+  std::string dir = modele;
+  const int n = 20011 + static_cast<int>(a() % 30000);
+  // In a function: a local that owns its string, and an argument, which
+  // does not until it is assigned.
+  std::ofstream(dir + "/allonge.fon") << "allonge(t, k)\n{\n  u = \"<\"\n  pour (i = 1, k) u = u, t\n"
+                                         "  t = t, \"!\"\n  u = u, t\n  retour u\n}\n";
+  std::string t = "s = \"a\"\npour (i = 1, " + std::to_string(n) + ") s = s, \"bc\"\n";
+  t += "$ s[0, 2]\n$ s[" + std::to_string(2 * n - 2) + ", " + std::to_string(2 * n) + "]\n$ s[" +
+       std::to_string(2 * n + 1) + "]\n";
+  // A variable on the right, the variable itself on the right, a nil.
+  t += "d = \"xyz\"\ne = \"\"\npour (i = 1, 37) e = e, d\n$ e[108, 110]\n$ e[111]\n";
+  t += "d = d, d\n$ d\nd = d, NIL\n$ d\nd = d, 5\n$ d\n";
+  // A character written as 0 cuts the text: the next append measures it.
+  t += "c = \"abcdefgh\"\nc = c, \"i\"\nc[2] = 0\nc = c, \"Z\"\n$ c\nc = c, \"Y\"\n$ c\n";
+  t += "w = allonge(\"pq\", 5)\n$ w\n$ allonge(\"r\", 3)\n";
+  t += "$ \"##FIN\"\n";
+  std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");
+  EXPECT_EQ(rapide, lente) << t;
+  EXPECT_NE(rapide.find("> abc \n> cbc \n> " + std::to_string(2 * n + 1) + ": Indice hors limites"),
+            std::string::npos)
+      << rapide;
+  EXPECT_NE(rapide.find("> xyz \n"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("> xyzxyz \n"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("abZ"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("abZY"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("<pqpqpqpqpqpq!"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("<rrrr!"), std::string::npos) << rapide;
+  std::system(("rm -rf " + dir).c_str());
+}
+
 TEST(Raccourcis, DeepRecursionThroughElementsStopsAlikeAndTheStateIsClean) {
   char modele[] = "/tmp/orvrXXXXXX";
   ASSERT_NE(mkdtemp(modele), nullptr);
