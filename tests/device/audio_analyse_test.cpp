@@ -37,8 +37,11 @@ TEST(AudioAnalyse, SilenceSeuilEtBornes) {
   bruit[700] = 128 - 127;
   audio.seuil = 10;
   audio_analyse(bruit.data(), AUDIO_MAX);
-  for (int i = 0; i < AUDIO_MAX; ++i)
-    if (i != 500 && i != 700) ASSERT_EQ(audio.signal[i], 0) << i;
+  for (int i = 0; i < AUDIO_MAX; ++i) {
+    if (i != 500 && i != 700) {
+      ASSERT_EQ(audio.signal[i], 0) << i;
+    }
+  }
   EXPECT_EQ(audio.signal[500], 10);
   EXPECT_EQ(audio.signal[700], 127);
   EXPECT_FLOAT_EQ(audio.mesures[0], 1);
@@ -70,7 +73,20 @@ TEST(AudioAnalyse, FiltreEtHauteur) {
   const float s[] = {0, 2, 4, 60, 5, 7, -40, 6};
   float f[8];
   ASSERT_EQ(audio_filtre(s, 8, 5, f), 8);
-  EXPECT_EQ(std::vector<float>(f, f + 8), (std::vector<float>{0, 2, 4, 4, 5, 7, 7, 6}));
+  // The step is taken from the preceding input sample, so the sample after
+  // a click is held as well.
+  EXPECT_EQ(std::vector<float>(f, f + 8), (std::vector<float>{0, 2, 4, 4, 4, 7, 7, 7}));
+  // Random large steps: every output is an input whose step was in the band,
+  // or the output before it.
+  std::mt19937 g(4241);
+  std::vector<float> r(AUDIO_MAX), fo(AUDIO_MAX);
+  for (auto& x : r) x = static_cast<float>(static_cast<int>(g() % 255)) - 127.0f;
+  ASSERT_EQ(audio_filtre(r.data(), AUDIO_MAX, 37.5f, fo.data()), AUDIO_MAX);
+  for (int i = 1; i < AUDIO_MAX; ++i) {
+    float d = r[i] - r[i - 1];
+    ASSERT_EQ(fo[i], std::fabs(d) <= 37.5f ? r[i] : fo[i - 1]) << i;
+  }
+  EXPECT_EQ(audio_filtre(r.data(), 0, 1, fo.data()), 0);
   // One crossing a window, at the first sample past the band: a sine of
   // amplitude 100 passes 50 at a twelfth of its period.
   for (double hz : {100.0, 333.0, 1000.0}) {
