@@ -366,7 +366,7 @@ int ombre(const Vol_aff& v, Trace& t, const float* vue, const float* pr) {
   const float* co = v.coul ? v.coul : BLANC;
   sc.coef = il[1];
   for (int k = 0; k < 3; ++k) sc.kd[k] = il[1] * co[k];
-  sc.ecl.spec = il[2];
+  sc.ecl.specu = il[2];
   sc.ecl.brillance = il[3];
   const float transp = il[4];
   t.alpha = transp != 0 ? 1 - transp : 1.f;
@@ -386,7 +386,7 @@ int ombre(const Vol_aff& v, Trace& t, const float* vue, const float* pr) {
   if (t.zmode && zbuf_pret(t.zmode, t.l, t.h) < 0) return -1;
   sc.t = t;
   sc.ecl_dos = sc.ecl;
-  sc.ecl_dos.spec = sc.ecl_dos.brillance = 0;
+  sc.ecl_dos.specu = sc.ecl_dos.brillance = 0;
   sc.t_dos = t;
   sc.t_dos.alpha = 1;
   sc.t_dos.ecl = &sc.ecl_dos;

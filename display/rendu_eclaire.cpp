@@ -32,7 +32,7 @@ const reel* flottants(Objet* o, int ord, int min) {
 
 void prepare_une(Objet* o, int i, LumP* l) {
   const float blanc = i == 0 ? 1.f : 0.f;
-  for (int k = 0; k < 3; ++k) l->diff[k] = l->spec[k] = blanc;
+  for (int k = 0; k < 3; ++k) l->diff[k] = l->specu[k] = blanc;
   l->cos_coupe = -2;
   l->att = 0;
   l->dir[0] = l->dir[1] = 0;
@@ -110,13 +110,13 @@ void eclaire(const float* p, const float* nrm, const float* kd, const Eclairage&
     r += att * nl * l.diff[0] * kd[0];
     g += att * nl * l.diff[1] * kd[1];
     b += att * nl * l.diff[2] * kd[2];
-    if (e.spec != 0) {
+    if (e.specu != 0) {
       float h[3] = {L[0], L[1], L[2] + 1};
       float hm = std::sqrt(h[0] * h[0] + h[1] * h[1] + h[2] * h[2]);
       float nh = hm > 0 ? (nrm[0] * h[0] + nrm[1] * h[1] + nrm[2] * h[2]) / hm : 0;
       if (nh > 0) {
-        float s = att * e.spec * (e.brillance == 0 ? 1.f : std::pow(nh, e.brillance));
-        r += s * l.spec[0], g += s * l.spec[1], b += s * l.spec[2];
+        float s = att * e.specu * (e.brillance == 0 ? 1.f : std::pow(nh, e.brillance));
+        r += s * l.specu[0], g += s * l.specu[1], b += s * l.specu[2];
       }
     }
   }

@@ -63,7 +63,7 @@ struct LumP {
   float pos[4];      // eye space; w 0 for a light at infinity
   float dir[3];      // spot direction, unit, eye space
   float cos_coupe;   // cone; -2 when the light is no spot
-  float diff[3], spec[3];
+  float diff[3], specu[3];
   float att;         // the three attenuation terms; 0: none
 };
 // The material of the point being lit: diffuse colour (0..1), specular
@@ -72,7 +72,7 @@ struct Eclairage {
   const LumP* lum = nullptr;
   int n = 0;
   float amb[3] = {0, 0, 0};  // scene ambient x material ambient, 0..1
-  float spec = 0, brillance = 0;
+  float specu = 0, brillance = 0;
 };
 // Lights of the volume (all of the scene when `nums` is null) into `out`.
 int lum_preparer(const int* nums, int n, LumP* out);

@@ -23,13 +23,7 @@ int execute(const std::vector<std::string>& args, const std::string& texte, std:
   signal(SIGPIPE, SIG_IGN);
   Processus p = lance_orvane(args);
   if (p.pid <= 0) return -1;
-  std::thread ecrivain([&] {
-    (void)!write(p.entree, texte.data(), texte.size());
-    close(p.entree);
-  });
-  attend(p, "\x01 jamais", 60000);
-  ecrivain.join();
-  p.entree = -1;
+  nourrit(p, texte, "\x01 jamais", 60000);
   int statut = termine(p);
   *sortie = p.lu;
   return statut;

@@ -54,15 +54,8 @@ TEST(MotsAuHasard, EveryKeywordWithEveryShapeOfArgument) {
   // emp=64: a small command stack, so the prompt's reminder stays short.
   Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h", "emp=64"});
   ASSERT_GT(p.pid, 0);
-  std::thread ecrivain([&] {
-    (void)!write(p.entree, texte.data(), texte.size());
-    close(p.entree);
-  });
-  // Read everything while the writer writes, or both ends would wait on full
-  // pipes; the end of input ends the program.
-  attend(p, "\x01 jamais", 120000);
-  ecrivain.join();
-  p.entree = -1;
+  // The end of input ends the program.
+  nourrit(p, texte, "\x01 jamais", 120000);
   EXPECT_NE(p.lu.find("12346.000000"), std::string::npos) << p.lu.substr(p.lu.size() > 2000 ? p.lu.size() - 2000 : 0);
   EXPECT_EQ(termine(p), 0);
 }

@@ -428,13 +428,7 @@ TEST(ProgrammesAuHasard, SameValuesAtThePromptAndInAFunctionAndNoCrashOrHang) {
 
     Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h", "emp=200", "uti=" + dir});
     ASSERT_GT(p.pid, 0);
-    std::thread ecrivain([&] {
-      (void)!write(p.entree, entree.data(), entree.size());
-      close(p.entree);
-    });
-    bool fini = attend(p, "12346.000000", 90000);
-    ecrivain.join();
-    p.entree = -1;
+    bool fini = nourrit(p, entree, "12346.000000", 90000);
     if (!fini) kill(p.pid, SIGKILL);
     int statut = termine(p);
     std::string dernier = "?";
@@ -452,13 +446,7 @@ TEST(ProgrammesAuHasard, SameValuesAtThePromptAndInAFunctionAndNoCrashOrHang) {
       Processus q = lance_orvane({"gra=0", "ID", "ini=env/initb.h", "emp=200", "uti=" + dir});
       unsetenv("ORVANE_LENT");
       ASSERT_GT(q.pid, 0);
-      std::thread ecrivain_lent([&] {
-        (void)!write(q.entree, entree.data(), entree.size());
-        close(q.entree);
-      });
-      bool fini_lent = attend(q, "12346.000000", 90000);
-      ecrivain_lent.join();
-      q.entree = -1;
+      bool fini_lent = nourrit(q, entree, "12346.000000", 90000);
       if (!fini_lent) kill(q.pid, SIGKILL);
       EXPECT_EQ(termine(q), 0);
       EXPECT_EQ(p.lu, q.lu) << "graine " << graine << ": the general way differs (" << dir << "/lot" << lot

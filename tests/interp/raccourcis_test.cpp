@@ -20,13 +20,7 @@ std::string sortie(const std::string& entree, bool lent, const std::string& uti 
   if (!uti.empty()) args.push_back("uti=" + uti);
   Processus p = lance_orvane(args);
   unsetenv("ORVANE_LENT");
-  std::thread ecrivain([&] {
-    (void)!write(p.entree, entree.data(), entree.size());
-    close(p.entree);
-  });
-  bool fini = attend(p, "##FIN", 60000);
-  ecrivain.join();
-  p.entree = -1;
+  bool fini = nourrit(p, entree, "##FIN", 60000);
   if (!fini) kill(p.pid, SIGKILL);
   EXPECT_EQ(termine(p), 0) << p.lu;
   return p.lu;

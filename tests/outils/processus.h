@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <string>
+#include <thread>
 #include <vector>
 
 struct Processus {
@@ -55,6 +56,20 @@ inline bool attend(Processus& p, const std::string& texte, int ms = 5000) {
     p.lu.append(buf, static_cast<std::size_t>(n));
   }
   return true;
+}
+
+// Types a whole text and closes the console once it is written, reading the
+// output meanwhile, or both ends would wait on full pipes. Gives whether
+// `texte_fin` appeared within `ms`.
+inline bool nourrit(Processus& p, const std::string& texte, const std::string& texte_fin, int ms) {
+  std::thread ecrivain([&] {
+    (void)!write(p.entree, texte.data(), texte.size());
+    close(p.entree);
+  });
+  bool vu = attend(p, texte_fin, ms);
+  ecrivain.join();
+  p.entree = -1;
+  return vu;
 }
 
 inline void tape(Processus& p, const std::string& ligne) {
