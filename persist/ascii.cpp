@@ -92,6 +92,83 @@ bool nom_cle(std::string& d, const mot* a) {
   return true;
 }
 
+// An object, or a sub-object of a memory attribute (one tab deeper).
+int ecrit_objet(std::string& d, const Objet* o, const mot tete[8], const char* nom_objet,
+                const std::vector<const mot*>& attrs, int prof) {
+  const char* type = mot_nom_long(1, tete[6]);
+  const char* num = mot_nom_long(0, A_NUM);
+  const char* nom = mot_nom_long(0, A_NOM);
+  const char* tf = mot_nom_long(0, A_TYPE_FICHIER);
+  if (!type || !num || !nom || !tf) {
+    objet_imprime(o);
+    message(0, MES_SANS_TABLE);
+    return -1;
+  }
+  std::string marge(static_cast<std::size_t>(2 * prof), '\t');
+  char b[160];
+  std::snprintf(b, sizeof b, "%s %s(%d)", type, num, tete[1]);
+  d += marge;
+  d += b;
+  if (nom_objet && *nom_objet) {
+    d += ' ';
+    d += nom;
+    d += '(';
+    texte_cite(d, nom_objet);
+    d += ')';
+  }
+  std::snprintf(b, sizeof b, " %s(%d, %d, %d, %d, %d)", tf, tete[7], tete[3], tete[4], tete[5], tete[0]);
+  d += b;
+  if (attrs.empty()) {
+    d += '\n';
+    return 0;
+  }
+  d += " {\n";
+  for (const mot* a : attrs) {
+    if (a[0] > MOTS_ASCII) {
+      // The work Bloc of an attribute holds 20000 words: the attribute stays
+      // out of the file, and the save says so.
+      objet_imprime(o);
+      cle_imprime(a);
+      message(0, MES_DEBORDEMENT);
+      continue;
+    }
+    bool memoire = a[3] == 1 && a[4] == 1 && a[5] == B_MEM_TYPE && a[0] >= a[2] + 4 && a[a[2] + 1] == BLOC_BLOCS;
+    if (tail_pointeurs(a) && !(memoire && prof < 4)) continue;
+    std::string cle;
+    if (!nom_cle(cle, a)) continue;
+    d += marge + '\t';
+    d += cle;
+    d += "\t{\n" + marge + "\t\t";
+    std::snprintf(b, sizeof b, "%d ", a[1]);
+    d += b;
+    if (memoire) {
+      // Sub-objects: each with its head of 8 words and its attributes.
+      const mot* t = a + a[2];
+      std::snprintf(b, sizeof b, "objets %d\n", t[0] - 4);
+      d += b;
+      for (mot k = 4; k < t[0]; ++k) {
+        const mot* s = bloc_pointe(t[k]);
+        mot ts[8] = {0, k - 4, 0, 0, 0, 0, B_MEM_TYPE, 0};
+        std::vector<const mot*> sous;
+        if (s && s[0] >= 5 && s[1] == BLOC_BLOCS) {
+          const mot* h = bloc_pointe(s[4]);
+          if (h && h[0] == 12 && h[1] == BLOC_ENTIER) std::memcpy(ts, h + 4, sizeof ts);
+          for (mot j = 5; j < s[0]; ++j)
+            if (const mot* x = bloc_pointe(s[j]); x && x[0] >= 6 && x[0] <= MOTS_MAX && x[2] <= x[0]) sous.push_back(x);
+        }
+        if (!type_objet(ts[6])) ts[6] = B_MEM_TYPE;
+        if (ecrit_objet(d, o, ts, nullptr, sous, prof + 1) < 0) return -1;
+      }
+      d += marge + "\t\t}\n";
+      continue;
+    }
+    if (a[0] >= a[2] + 4) ecrit_bloc(d, a + a[2], 0);
+    d += "\n" + marge + "\t\t}\n";
+  }
+  d += marge + "}\n";
+  return 0;
+}
+
 // ---- reading ---------------------------------------------------------------------
 struct Jeton {
   enum Sorte { FIN, MOT, CHAINE, PONCT } sorte = FIN;
@@ -293,9 +370,58 @@ bool arguments(Analyse& a, std::vector<Jeton>& v) {
   }
 }
 
+int lit_objet(Analyse& a, ObjetLu& x, int type, Erreur& err, int prof);
+
+// A memory attribute: "objets k", k sub-objects, "}"; built as in memory,
+// each sub-object a list whose first Bloc holds its head.
+mot* lit_memoire(Analyse& a, std::vector<mot>& d, Erreur& err, int prof) {
+  long long k;
+  if (!mot_entier(a, &k, 0, ATTRIBUTS_MAX)) return nullptr;
+  TableLue sous;
+  for (long long i = 0; i < k; ++i) {
+    sous.objets.emplace_back();
+    if (lit_objet(a, sous.objets.back(), -1, err, prof + 1) != 1) return nullptr;
+  }
+  Jeton j;
+  if (!a.prend(j) || j.sorte != Jeton::PONCT || j.p != '}') return nullptr;
+  mot h = static_cast<mot>(d.size());
+  mot* b = bloc_alloue(h + 4 + static_cast<mot>(k));
+  if (!b) return nullptr;
+  std::memcpy(b, d.data(), sizeof(mot) * d.size());
+  b[0] = h + 4 + static_cast<mot>(k);
+  b[1] = BLOC_PHRASE;
+  b[h] = 4 + static_cast<mot>(k);
+  b[h + 1] = BLOC_BLOCS;
+  b[h + 2] = static_cast<mot>(k);
+  b[h + 3] = 1;
+  std::memset(b + h + 4, 0, sizeof(mot) * k);
+  for (long long i = 0; i < k; ++i) {
+    ObjetLu& o = sous.objets[static_cast<std::size_t>(i)];
+    mot n = static_cast<mot>(o.attributs.size());
+    mot* s = bloc_alloue(5 + n);
+    mot* t = s ? bloc_alloue(12) : nullptr;
+    if (!t) {
+      bloc_libere_force(s);
+      bloc_supprime(b);
+      return nullptr;
+    }
+    s[1] = BLOC_BLOCS, s[2] = 1 + n, s[3] = 1;
+    t[1] = BLOC_ENTIER, t[2] = 8, t[3] = 1;
+    o.tete[2] = n;
+    std::memcpy(t + 4, o.tete, sizeof o.tete);
+    s[4] = ptr_vers_mot(t);
+    for (mot j2 = 0; j2 < n; ++j2) {
+      s[5 + j2] = ptr_vers_mot(o.attributs[static_cast<std::size_t>(j2)]);
+      o.attributs[static_cast<std::size_t>(j2)] = nullptr;
+    }
+    b[h + 4 + i] = ptr_vers_mot(s);
+  }
+  return b;
+}
+
 // An object: 1 read, 0 end of the file, -1 fault (erreur filled unless a
 // message was already given).
-int lit_objet(Analyse& a, TableLue& t, int type, Erreur& err) {
+int lit_objet(Analyse& a, ObjetLu& x, int type, Erreur& err, int prof) {
   Jeton j;
   if (!a.prend(j)) return -1;
   if (j.sorte == Jeton::FIN) return 0;
@@ -304,20 +430,17 @@ int lit_objet(Analyse& a, TableLue& t, int type, Erreur& err) {
     err = {j.sorte == Jeton::MOT, j.texte};
     return -1;
   }
-  bool bon = type == B_SCENE ? type_de_scene(m->ordinal) : m->ordinal == type;
+  bool bon = type < 0 || (type == B_SCENE ? type_de_scene(m->ordinal) : m->ordinal == type);
   if (!bon) {
     err = {true, j.texte};
     return -1;
   }
-  ObjetLu o{};
-  o.tete[6] = m->ordinal;
-  t.objets.push_back(std::move(o));
-  ObjetLu& x = t.objets.back();
+  x.tete[6] = m->ordinal;
   // Clauses of the head, then "{" or the next object.
   for (;;) {
     const Jeton* v = a.voit();
     if (!v) return -1;
-    if (v->sorte == Jeton::FIN) return 1;
+    if (v->sorte == Jeton::FIN || (prof > 0 && v->sorte == Jeton::PONCT && v->p == '}')) return 1;
     if (v->sorte == Jeton::PONCT && v->p == '{') {
       a.prend(j);
       break;
@@ -381,6 +504,14 @@ int lit_objet(Analyse& a, TableLue& t, int type, Erreur& err) {
     long mots_attr = 0;
     const Jeton* v = a.voit();
     if (!v) return -1;
+    if (v->sorte == Jeton::MOT && v->texte == "objets") {
+      if (cle.size() != 2 || cle[0] != 1 || cle[1] != B_MEM_TYPE || prof >= 4) return -1;
+      a.prend(j);
+      mot* b = lit_memoire(a, d, err, prof);
+      if (!b) return -1;
+      x.attributs.push_back(b);
+      continue;
+    }
     if (!(v->sorte == Jeton::PONCT && v->p == '}') && !lit_bloc(a, d, 0, &mots_attr)) return -1;
     if (!a.prend(j) || j.sorte != Jeton::PONCT || j.p != '}') return -1;
     d[0] = static_cast<mot>(d.size());
@@ -396,62 +527,18 @@ int lit_objet(Analyse& a, TableLue& t, int type, Erreur& err) {
 
 int ascii_ecrit(std::string& d, const Objet* o, const OptionsFichier& opt, bool scene) {
   std::vector<const mot*> attrs = attributs_gardes(o, opt, FORME_ASCII, scene);
-  const char* type = mot_nom_long(1, o->type);
-  const char* num = mot_nom_long(0, A_NUM);
-  const char* nom = mot_nom_long(0, A_NOM);
-  const char* tf = mot_nom_long(0, A_TYPE_FICHIER);
-  if (!type || !num || !nom || !tf) {
-    objet_imprime(o);
-    message(0, MES_SANS_TABLE);
-    return -1;
-  }
-  char b[160];
-  std::snprintf(b, sizeof b, "%s %s(%d)", type, num, o->numero);
-  d += b;
-  if (o->nom && *o->nom) {
-    d += ' ';
-    d += nom;
-    d += '(';
-    texte_cite(d, o->nom);
-    d += ')';
-  }
-  std::snprintf(b, sizeof b, " %s(%u, %u, %u, %u, %d)", tf, o->sous_type, o->f1, o->f2, o->f3,
-                static_cast<int>(static_cast<std::int16_t>(o->f4)));
-  d += b;
-  if (attrs.empty()) {
-    d += '\n';
-    return 0;
-  }
-  d += " {\n";
-  for (const mot* a : attrs) {
-    if (a[0] > MOTS_ASCII) {
-      // The work Bloc of an attribute holds 20000 words: the attribute stays
-      // out of the file, and the save says so.
-      objet_imprime(o);
-      cle_imprime(a);
-      message(0, MES_DEBORDEMENT);
-      continue;
-    }
-    if (tail_pointeurs(a)) continue;
-    std::string cle;
-    if (!nom_cle(cle, a)) continue;
-    d += '\t';
-    d += cle;
-    d += "\t{\n\t\t";
-    std::snprintf(b, sizeof b, "%d ", a[1]);
-    d += b;
-    if (a[0] >= a[2] + 4) ecrit_bloc(d, a + a[2], 0);
-    d += "\n\t\t}\n";
-  }
-  d += "}\n";
-  return 0;
+  mot tete[8] = {static_cast<mot>(static_cast<std::int16_t>(o->f4)), o->numero, 0, o->f1, o->f2, o->f3, o->type,
+                 o->sous_type};
+  return ecrit_objet(d, o, tete, o->nom, attrs, 0);
 }
 
 int ascii_lit(const std::string& texte, TableLue& t, int type) {
   Analyse a{texte, 0, 1, false, {}, false};
   for (;;) {
     Erreur err;
-    int r = lit_objet(a, t, type, err);
+    t.objets.emplace_back();
+    int r = lit_objet(a, t.objets.back(), type, err, 0);
+    if (r == 0) t.objets.pop_back();
     if (r == 0) return 0;
     if (r > 0) continue;
     if (!a.faute) {
