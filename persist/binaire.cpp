@@ -311,6 +311,7 @@ int binaire_lit(Flux& f, TableLue& t, int type) {
     }
     if (l.tronque || l.corrompu) break;
   }
+  if (!l.corrompu && !f.propre()) l.tronque = true;
   if (l.tronque || l.corrompu) {
     std::printf("%s: ", f.chemin.c_str());
     message(0, l.corrompu ? M_CORROMPU : M_TRONQUE);

@@ -121,9 +121,10 @@ int objets_lit_chemin(int type, const std::string& chemin, const OptionsFichier&
     char tampon[1 << 16];
     int n;
     while ((n = gzread(f.z, tampon, sizeof tampon)) > 0) texte.append(tampon, static_cast<std::size_t>(n));
-    if (n < 0 || texte.find('\0') != std::string::npos) {
+    bool coupe = n < 0 || !f.propre();
+    if (coupe || texte.find('\0') != std::string::npos) {
       std::printf("%s: ", chemin.c_str());
-      message(0, n < 0 ? M_TRONQUE : M_CORROMPU);
+      message(0, coupe ? M_TRONQUE : M_CORROMPU);
       return -1;
     }
     f.ferme();

@@ -7,7 +7,7 @@
 //   ecrire("cube", 1) vol texte        cube.ascii.vol, geometry only
 //   ecrire("cube") vol exec            cube.exec.vol, a program
 //   lire("cube") vol num(100)          numbers of the file plus 100
-//   lire("cube") vol seul              only the vertices of existing volumes
+//   lire("cube seul") vol              only the vertices of existing volumes
 //   lire("scene") aff                  volumes, lights and views
 //   lire("lib") fonc lier              functions, linked
 // Numbers among the options of a save choose what is left out: 1 geometry
@@ -22,7 +22,7 @@
 #include "startup/startup.h"
 
 namespace {
-constexpr int A_LIRE_CMD = 14, A_ECRIRE_CMD = 33, A_DEMANDE_FICHIER = 15, A_SEUL = 102, A_LIER_CMD = 23;
+constexpr int A_LIRE_CMD = 14, A_ECRIRE_CMD = 33, A_DEMANDE_FICHIER = 15, A_LIER_CMD = 23;
 
 struct Arguments {
   std::vector<std::string> textes;
@@ -105,8 +105,6 @@ int persist_commande(mot* bloc, mot* valeur, const mot* limite) {
       opt.forme = FORME_ASCII;
     } else if (e[1] == 0 && e[2] == FORME_EXEC) {
       opt.forme = FORME_EXEC;
-    } else if (e[1] == 0 && e[2] == A_SEUL) {
-      opt.seul = true;
     } else if (e[1] == 0 && e[2] == A_LIER_CMD) {
       lien = true;
     } else if (e[1] == 0 && e[2] == A_NUM) {
@@ -130,6 +128,7 @@ int persist_commande(mot* bloc, mot* valeur, const mot* limite) {
     if (o == "Z") opt.compresse = true;
     else if (o == "b") binaire_force = true;
     else if (o == "short") opt.court = true;
+    else if (o == "seul") opt.seul = true;
     else return usage(verbe);
   }
   if (binaire_force) opt.forme = FORME_BINAIRE;

@@ -87,6 +87,13 @@ bool Flux::fin() {
   return true;
 }
 
+bool Flux::propre() {
+  int e = Z_OK;
+  gzerror(z, &e);
+  // A gzip stream cut short ends with Z_BUF_ERROR: no clean end.
+  return e == Z_OK || e == Z_STREAM_END;
+}
+
 long long Flux::reste_mots() const { return taille >= 0 ? (taille - lus) / 4 : MOTS_MAX; }
 
 bool Flux::ecrit(const void* p, std::size_t n) {

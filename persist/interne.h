@@ -41,6 +41,8 @@ struct Flux {
   bool lit(void* p, std::size_t n);
   // True when the stream ended at a boundary (no byte left).
   bool fin();
+  // After the end: false when the stream broke or was cut short.
+  bool propre();
   // Writes n bytes: false after message 0:67.
   bool ecrit(const void* p, std::size_t n);
   // Closes; false after message 0:67 when the last bytes did not go out.
