@@ -193,6 +193,17 @@ int table_engage(TableLue& t, int type, const OptionsFichier& opt) {
     t.objets.clear();
     return n;
   }
+  // Room in the table for all of them, counting what the load deletes:
+  // a table that fills half way would leave the load half made.
+  long libres = piles.obj_fin - piles.obj_haut;
+  for (Objet* p = piles.obj_base; p && p < piles.obj_haut; ++p) {
+    bool remplace = opt.remplace && p->env == 1 && (type == B_SCENE ? type_de_scene(p->type) : p->type == type);
+    if (p->type == 0 || remplace) ++libres;
+  }
+  if (libres < static_cast<long>(t.objets.size())) {
+    message(0, MES_TABLE_PLEINE);
+    return -1;
+  }
   if (opt.remplace) {
     if (type == B_SCENE)
       for (int ty : {24, 4, 114}) objet_supprime_type(1, ty);

@@ -167,3 +167,20 @@ TEST_F(Mauvais, GzipCutShortDirectoryAndPermission) {
   }
 }
 }  // namespace
+
+namespace {
+// A table with room for fewer objects than the file holds: the load is
+// refused before anything is deleted or made.
+TEST_F(Mauvais, TableTooSmallForTheFile) {
+  while (piles.obj_fin - piles.obj_haut > 1) objet_cree(1, 49, 0, nullptr, nullptr, 7);
+  auto plein = cliche({4, 49});
+  OptionsFichier opt;
+  opt.remplace = false;
+  opt.decalage = 50;
+  std::string s = sortie_de([&] { EXPECT_EQ(objets_lit(4, "bon", opt), -1); });
+  EXPECT_TRUE(dit(s, "Table des objets pleine")) << s;
+  EXPECT_EQ(cliche({4, 49}), plein);
+  // Replacing the volumes frees their entries: then it fits.
+  EXPECT_EQ(objets_lit(4, "bon", OptionsFichier{}), 3);
+}
+}  // namespace
