@@ -145,11 +145,15 @@ int decoupe(Pt*& a, Pt*& b, int n, int code) {
       float dp = p.c[3] + sg * p.c[axe], dq = q.c[3] + sg * q.c[axe];
       if (dp >= 0) b[m++] = p;
       if ((dp >= 0) != (dq >= 0)) {
-        float u = dp / (dp - dq);
+        // In double, and the cut coordinate put on the plane exactly: with
+        // vertices far outside, the interpolation alone loses the plane.
+        double u = static_cast<double>(dp) / (static_cast<double>(dp) - dq);
         const float* fp = reinterpret_cast<const float*>(&p);
         const float* fq = reinterpret_cast<const float*>(&q);
-        float* fr = reinterpret_cast<float*>(&b[m++]);
-        for (int k = 0; k < 24; ++k) fr[k] = fp[k] + u * (fq[k] - fp[k]);
+        Pt& r = b[m++];
+        float* fr = reinterpret_cast<float*>(&r);
+        for (int k = 0; k < 24; ++k) fr[k] = static_cast<float>(fp[k] + u * (static_cast<double>(fq[k]) - fp[k]));
+        r.c[axe] = -sg * r.c[3];
       }
     }
     std::swap(a, b);
@@ -244,9 +248,12 @@ int face_ombree(Scene& sc, int f, const mot* face) {
   if (et || (ou & SOM_NAN)) return 0;
   if (!poly_pret(np)) return -1;
   // The face's normal in eye space, and the side the eye sees.
-  float nf[3], ng[3];
+  // Smooth shading with vertex normals needs no face normal.
+  float nf[3] = {0, 0, 1}, ng[3];
   bool newell_fait = false;
-  if (v.n_fac) {
+  if (lisse && v.n_som) {
+    // the vertices' normals serve
+  } else if (v.n_fac) {
     tourne(sc.vue, v.n_fac + static_cast<long>(f) * v.pas_n, nf);
   } else {
     newell(c, np, ng);
