@@ -170,6 +170,10 @@ int ecrit_objet(std::string& d, const Objet* o, const mot tete[8], const char* n
 }
 
 // ---- reading ---------------------------------------------------------------------
+// A type whose objects a file of `type` may hold: images only in a file of
+// images.
+bool de_fichier(int ordinal, int type) { return type_objet(ordinal) || (type == B_IMA_TYPE && ordinal == type); }
+
 struct Jeton {
   enum Sorte { FIN, MOT, CHAINE, PONCT } sorte = FIN;
   std::string texte;
@@ -426,7 +430,7 @@ int lit_objet(Analyse& a, ObjetLu& x, int type, Erreur& err, int prof) {
   if (!a.prend(j)) return -1;
   if (j.sorte == Jeton::FIN) return 0;
   MotCle* m = j.sorte == Jeton::MOT ? mot_cherche_long(j.texte.c_str()) : nullptr;
-  if (!m || m->env != 1 || !type_objet(m->ordinal) || m->ordinal == B_SCENE) {
+  if (!m || m->env != 1 || !de_fichier(m->ordinal, type) || m->ordinal == B_SCENE) {
     err = {j.sorte == Jeton::MOT, j.texte};
     return -1;
   }
@@ -448,7 +452,7 @@ int lit_objet(Analyse& a, ObjetLu& x, int type, Erreur& err, int prof) {
     if (v->sorte != Jeton::MOT) return -1;
     MotCle* c = mot_cherche_long(v->texte.c_str());
     if (!c || c->env != 0 || (c->ordinal != A_NUM && c->ordinal != A_NOM && c->ordinal != A_TYPE_FICHIER)) {
-      if (c && c->env == 1 && type_objet(c->ordinal)) return 1;  // an object with no attributes
+      if (c && c->env == 1 && de_fichier(c->ordinal, type)) return 1;  // an object with no attributes
       err = {true, v->texte};
       return -1;
     }
@@ -527,6 +531,12 @@ int lit_objet(Analyse& a, ObjetLu& x, int type, Erreur& err, int prof) {
 
 int ascii_ecrit(std::string& d, const Objet* o, const OptionsFichier& opt, bool scene) {
   std::vector<const mot*> attrs = attributs_gardes(o, opt, FORME_ASCII, scene);
+  mot tete[8] = {static_cast<mot>(static_cast<std::int16_t>(o->f4)), o->numero, 0, o->f1, o->f2, o->f3, o->type,
+                 o->sous_type};
+  return ecrit_objet(d, o, tete, o->nom, attrs, 0);
+}
+
+int ascii_ecrit_attributs(std::string& d, const Objet* o, const std::vector<const mot*>& attrs) {
   mot tete[8] = {static_cast<mot>(static_cast<std::int16_t>(o->f4)), o->numero, 0, o->f1, o->f2, o->f3, o->type,
                  o->sous_type};
   return ecrit_objet(d, o, tete, o->nom, attrs, 0);

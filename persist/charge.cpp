@@ -43,6 +43,9 @@ struct Choix {
 void choisit(Choix& c, int type, std::span<const int> numeros) {
   for (Objet* o = piles.obj_base; o && o < piles.obj_haut; ++o)
     if (choisi(o, type, numeros)) c.objets.push_back(o);
+  // The working image is the window's picture: saved only when named.
+  if (type == B_IMA_TYPE && numeros.empty())
+    std::erase_if(c.objets, [](const Objet* o) { return o->numero == 0; });
   if ((type == B_SCENE || type == B_VUE) && !vue_existe() && numeros.empty()) {
     Objet* v = vue_depuis_oeil(1);
     if (v) {
@@ -87,7 +90,9 @@ int objets_ecrit(int type, std::string_view nom, std::span<const int> numeros, c
     std::string texte;
     if (opt.forme == FORME_ASCII) texte = "/* orvane: " + extension_type(type, FORME_BINAIRE) + " */\n";
     for (const Objet* o : c.objets) {
-      int k = opt.forme == FORME_ASCII ? ascii_ecrit(texte, o, opt, type == B_SCENE) : exec_ecrit(texte, o, opt);
+      int k = type == B_IMA_TYPE ? (opt.forme == FORME_ASCII ? ascii_ecrit_image(texte, o) : exec_ecrit_image(texte, o))
+              : opt.forme == FORME_ASCII ? ascii_ecrit(texte, o, opt, type == B_SCENE)
+                                         : exec_ecrit(texte, o, opt);
       if (k < 0) return -1;
     }
     if (!f.ecrit(texte.data(), texte.size())) return -1;
@@ -131,7 +136,7 @@ int objets_lit_chemin(int type, const std::string& chemin, const OptionsFichier&
     if (opt.forme == FORME_EXEC) {
       // The program rebuilds its objects itself; the type's objects go first
       // as with the other forms.
-      if (opt.remplace) {
+      if (opt.remplace && type != B_IMA_TYPE) {
         if (type == B_SCENE)
           for (int ty : {24, 4, 114}) objet_supprime_type(1, ty);
         else
@@ -149,6 +154,7 @@ int objets_lit_chemin(int type, const std::string& chemin, const OptionsFichier&
 }
 
 int table_engage(TableLue& t, int type, const OptionsFichier& opt) {
+  if (type == B_IMA_TYPE) return images_engage(t, opt);
   // Every check first: nothing changes unless all of the file can go in.
   for (ObjetLu& o : t.objets) {
     long long n = static_cast<long long>(o.tete[1]) + opt.decalage;

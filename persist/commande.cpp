@@ -10,6 +10,7 @@
 //   lire("cube seul") vol              only the vertices of existing volumes
 //   lire("scene") aff                  volumes, lights and views
 //   lire("lib") fonc lier              functions, linked
+//   ecrire("img") ima(2) texte         img.ascii.ima; ima exec: img.exec.ima
 // Numbers among the options of a save choose what is left out: 1 geometry
 // only, -1 no dynamic state, 2 everything. The state of a15 is the
 // `demande` of the save (0: ask before overwriting).
@@ -92,10 +93,12 @@ int persist_commande(mot* bloc, mot* valeur, const mot* limite) {
   opt.demande = etat_ou(0, A_DEMANDE_FICHIER, 0);
   Arguments choix;
   mot* e = verbe;
+  const mot* ima = nullptr;
   for (mot k = 1; k < bloc[2]; ++k) {
     e += e[0];
-    if (e[1] == 1 && e[2] == B_IMA_TYPE) return COMMANDE_SUITE;  // the images' own
-    if (e[1] == 1 && est_type(e[2]) && !type) {
+    if (e[1] == 1 && e[2] == B_IMA_TYPE) {
+      if (!ima) ima = e;
+    } else if (e[1] == 1 && est_type(e[2]) && !type) {
       type = e[2];
       choix = arguments(e);
     } else if (e[1] == 0 && e[2] == A_FONC) {
@@ -113,6 +116,13 @@ int persist_commande(mot* bloc, mot* valeur, const mot* limite) {
       if (d.nombres.empty() || entier_de(d.nombres[0], &n, -NUMERO_MAX, NUMERO_MAX) < 0) return usage(e);
       opt.decalage = n;
     }
+  }
+  if (ima) {
+    // Image files of every format are the images' own; the text forms of
+    // image objects are these files'.
+    if (opt.forme == FORME_BINAIRE || type || fonctions) return COMMANDE_SUITE;
+    type = B_IMA_TYPE;
+    choix = arguments(ima);
   }
   if (!type && !fonctions) return COMMANDE_SUITE;
   Arguments a = arguments(verbe);

@@ -74,6 +74,14 @@ long long binaire_ecrit(Flux& f, const Objet* o, const OptionsFichier& opt, int 
 int ascii_lit(const std::string& texte, TableLue& t, int type);
 int ascii_ecrit(std::string& dst, const Objet* o, const OptionsFichier& opt, bool scene);
 int exec_ecrit(std::string& dst, const Objet* o, const OptionsFichier& opt);
+// An object with the attributes given, in the ASCII form.
+int ascii_ecrit_attributs(std::string& dst, const Objet* o, const std::vector<const mot*>& attrs);
+// Images (b28): the block as one attribute of key (1, 28) in the ASCII
+// form, the images' phrases in the exec form; the images read put in the
+// table under their numbers (image.cpp).
+int ascii_ecrit_image(std::string& dst, const Objet* o);
+int exec_ecrit_image(std::string& dst, const Objet* o);
+int images_engage(TableLue& t, const OptionsFichier& opt);
 
 // The attributes of an object that a save keeps, in list order.
 std::vector<const mot*> attributs_gardes(const Objet* o, const OptionsFichier& opt, int forme, bool scene);

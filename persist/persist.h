@@ -93,7 +93,8 @@ int fonctions_lit_fichier(std::string_view nom, bool avec_lien);
 
 // ---- the language ------------------------------------------------------------------------
 // Registers the handlers of `lire` (a14) and `ecrire` (a33) in the command
-// dispatch; images (b28) stay with their own folder.
+// dispatch. Image files (b28) stay with their own folder, except the text
+// and exec forms of image objects (`ima texte`, `ima exec`).
 void persist_enregistre();
 // The handler itself, for the tests: a phrase on the evaluation stack.
 int persist_commande(mot* bloc, mot* valeur, const mot* limite);

@@ -2,6 +2,7 @@
 // length words overwritten with odd values, cut and grown files, words of
 // the ASCII form swapped. Each load gives objects or a message with the
 // table untouched, never a crash; the checked build is where this counts.
+#include "image/image.h"
 #include "tests/persist/outils.h"
 
 namespace {
@@ -69,6 +70,18 @@ TEST(PersistFuzz, MutatedFilesGiveObjectsOrAMessage) {
         o.court = false;
         bases.push_back({type, o, octets_de(nom)});
       }
+  // An image in the text form, plain and compressed.
+  mot* ib = ima_alloue(23, 17);
+  for (long k = 0; k < ib[6]; ++k) ima_octets(ib)[k] = static_cast<octet>(g());
+  ASSERT_EQ(ima_installe(1, ib), 0);
+  for (bool z : {false, true}) {
+    OptionsFichier o;
+    o.forme = FORME_ASCII;
+    o.compresse = z;
+    ASSERT_GT(objets_ecrit(B_IMA_TYPE, "base", {}, o), 0);
+    bases.push_back({B_IMA_TYPE, o, octets_de(std::string("base.ascii.ima") + (z ? ".Z" : ""))});
+  }
+  std::vector<mot> image(ib, ib + ib[0]);
   auto avant = cliche({4, 148});
   int lus = 0, refuses = 0;
   std::string sortie = sortie_de([&] {
@@ -88,6 +101,7 @@ TEST(PersistFuzz, MutatedFilesGiveObjectsOrAMessage) {
         auto apres = cliche({4, 148});
         apres.resize(std::min(apres.size(), avant.size()));
         ASSERT_EQ(apres, avant) << k;
+        ASSERT_TRUE(ima_bloc(1) && std::equal(image.begin(), image.end(), ima_bloc(1))) << k;
       } else {
         ++lus;
         // What was read is deleted again: a broken structure shows here.
