@@ -22,3 +22,4 @@ bash bench/fichiers.sh
 # its own.
 bash tests/display/sous_xvfb.sh python3 bench/fenetre.py build/orvane
 bash bench/rendu.sh
+build/bench/bench_fft
