@@ -96,7 +96,8 @@ TEST_F(Images, LyingImageBlocksRefused) {
   ASSERT_EQ(ima_installe(2, image_hasard(13, 5, g)), 0);
   auto avant = pixels(2);
   ASSERT_GT(objets_ecrit(B_IMA_TYPE, "b", {}, texte()), 0);
-  std::string bon(octets_de("b.ascii.ima").begin(), octets_de("b.ascii.ima").end());
+  std::vector<char> fichier = octets_de("b.ascii.ima");
+  std::string bon(fichier.begin(), fichier.end());
   auto remplace = [&](const std::string& de, const std::string& par) {
     std::string s = bon;
     std::size_t i = s.find(de);
