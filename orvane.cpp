@@ -4,10 +4,12 @@
 // return codes.
 #include "display/display.h"
 #include "interp/interp.h"
+#include "persist/persist.h"
 #include "startup/startup.h"
 
 int main(int argc, char** argv) {
   fenetre_enregistre();
+  persist_enregistre();
   demarrer(argc, argv);
   interruption_installe();
   interp_init();

@@ -121,8 +121,8 @@
 |107:Compilation abandonnee\7\n
 |108:Execution abandonnee\7\n
 |109:Aucune table de messages chargee\7\n
-|110:?\n
-|111:?\n
+|110:Fichier tronque ou flux gzip coupe\7\n
+|111:Objet d'un autre type dans le fichier\7\n
 |112:Valeur de cle trop longue, ignoree\7\n
 |113:?\n
 |114:?\n

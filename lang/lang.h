@@ -185,6 +185,13 @@ bool lire_fichier_recherche(const char* nom, const char* ext, std::string& texte
 // Text of a function Objet (word 4 of its data), null if none.
 const char* fonction_texte(const Objet* o, std::size_t* n);
 
+// ---- line editor ------------------------------------------------------------------
+// Shows a recalled line and reads what becomes of it: 1 run it (changed or
+// not), 0 drop it, -1 stop (a reply "-" or the end of the input). Replies:
+// empty keeps, "0" drops, "-" stops, "s/old/new/" substitutes and asks
+// again, anything else replaces the line.
+int editer_ligne(std::string& ligne);
+
 // ---- macros ---------------------------------------------------------------------
 void macros_globales_vide();
 // "#define name text" read at the cursor into the global table; 0 or -1.

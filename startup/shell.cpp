@@ -363,8 +363,12 @@ int histoire(int mode, mot* args) {
       return ECHEC;
     }
   for (long k = 0; k < m; ++k) {
-    // Without a line editor the recalled line is shown, then run.
-    if (mode == 0) std::printf("%s\n", lignes[k].c_str());
+    // his(n) passes each line through the line editor; exec(n) runs it.
+    if (mode == 0) {
+      int e = editer_ligne(lignes[k]);
+      if (e < 0) return 0;
+      if (e == 0) continue;
+    }
     // The line's own failure was reported where it happened.
     if (execute_ligne(lignes[k].c_str()) < 0) return ECHEC_CLOS;
   }
