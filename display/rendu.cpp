@@ -294,7 +294,7 @@ int face_ombree(Scene& sc, int f, const mot* face) {
     const SomP& q = tr.som[s];
     Pt& p = a[i];
     for (int k = 0; k < 4; ++k) p.c[k] = q.c[k];
-    for (int k = 0; k < 3; ++k) p.s[k] = q.s[k];
+    for (int k = 0; k < 3; ++k) p.s[k] = q.s[k], p.e[k] = q.e[k];
     if (sorte == TRI_PLAT) continue;
     float kv[3];
     if (coul_som) kd_de(sc, v.c_som, s + 1, kv);
@@ -305,7 +305,7 @@ int face_ombree(Scene& sc, int f, const mot* face) {
       if (dos) n[0] = -n[0], n[1] = -n[1], n[2] = -n[2];
     }
     if (sorte == TRI_PIXEL) {
-      for (int k = 0; k < 3; ++k) p.e[k] = q.e[k], p.n[k] = n[k], p.k[k] = kv[k];
+      for (int k = 0; k < 3; ++k) p.n[k] = n[k], p.k[k] = kv[k];
     } else if (lisse && v.n_som && !coul_face) {
       const float* cs = coul_sommet(sc, ecl, s, dos, kv);
       p.k[0] = cs[0], p.k[1] = cs[1], p.k[2] = cs[2];
@@ -516,6 +516,7 @@ int rendu_vol(const Vol_aff& v) {
   t.h = ima_h(im);
   float vue[16], pr[16];
   oeil_matrices(t.l, t.h, vue, pr);
+  zbuf_echelle(oeil_courant.proche, oeil_courant.loin, t);
   if (!som_pret(v.ns)) return -1;
   projeter(v, vue, pr, static_cast<float>(t.l), static_cast<float>(t.h));
   if (v.mode == -68) return 0;

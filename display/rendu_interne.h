@@ -6,7 +6,8 @@
 // not the working image's is reallocated before a volume is drawn. Window
 // coordinates follow OpenGL: x right, y up, pixel (i, j) has its centre at
 // (i + 0.5, j + 0.5), row 0 is the bottom row of the image; the depth runs
-// from 0 (near plane) to 1 (far plane).
+// from 0 (near plane) to 1 (far plane), and the 16-bit z-buffer holds the
+// eye distance on a scale of equal ratios instead.
 #pragma once
 #include <cstdint>
 #include <memory>
@@ -50,7 +51,7 @@ struct SomP {
 struct Pt {
   float c[4];   // clip
   float s[3];   // window
-  float e[3];   // eye position (per-pixel lighting)
+  float e[3];   // eye position (per-pixel lighting, 16-bit depth)
   float n[3];   // eye normal (per-pixel lighting)
   float k[4];   // lit colour 0..255 (smooth) or material colour 0..1 (per pixel)
   float pad[7];
@@ -88,7 +89,16 @@ struct Trace {
   float alpha = 1;           // 1: opaque
   float coul[3] = {0, 0, 0}; // flat colour, levels
   const Eclairage* ecl = nullptr;
+  // The 16-bit depth's scale, from zbuf_echelle.
+  float z_proche = 1;
+  int z_dec = 0;
 };
+// The scale of the 16-bit depth for a view from `proche` to `loin`: the
+// distance's float bits from the near plane's, shifted right by the least
+// count that puts the far plane within the buffer, so that each step is
+// the same small part of the distance (a thousandth over the default
+// range) at every depth.
+void zbuf_echelle(float proche, float loin, Trace& t);
 // Kinds of shading of a triangle.
 enum { TRI_PLAT = 0, TRI_GOURAUD = 1, TRI_PIXEL = 2 };
 // The filler of triangles (a, b, c) of window points for a kind of shading

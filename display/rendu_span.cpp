@@ -6,6 +6,7 @@
 // shading and blending, so that a pixel costs its depth test and its write
 // and nothing else.
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "display/rendu_interne.h"
@@ -13,6 +14,16 @@
 namespace {
 // A pixel index from a float bound, 0..max; NaN gives 0.
 inline int borne(float x, int max) { return x > 0 ? (x < static_cast<float>(max) ? static_cast<int>(x) : max) : 0; }
+
+// The 16-bit depth of an eye distance: the float's bits above the first
+// `z_dec`, from those of the near plane; everything nearer is 0 and
+// everything past the range just short of the far value, so that it is
+// still drawn.
+inline std::int16_t zbuf_court(float d, const Trace& t) {
+  const std::uint32_t b = std::bit_cast<std::uint32_t>(d > t.z_proche ? d : t.z_proche);
+  const std::uint32_t q = (b - std::bit_cast<std::uint32_t>(t.z_proche)) >> t.z_dec;
+  return static_cast<std::int16_t>(q < ZB_COURT_LOIN - 1u ? q : ZB_COURT_LOIN - 1u);
+}
 
 inline octet niveau(float x) { return static_cast<octet>(std::min(255.f, std::max(0.f, x))); }
 
@@ -33,7 +44,12 @@ void valeurs(const Pt& p, float* a) {
 
 template <int ZM, int SH, bool BL>
 void tri(const Pt& pa, const Pt& pb, const Pt& pc, const Trace& t) {
-  constexpr int N = NA<SH> + 1;  // depth first
+  // Depth first. The 16-bit buffer holds the eye distance on a scale of
+  // equal ratios (see zbuf_echelle): the window depth of a perspective
+  // crowds a scene at a thousand units into its last few thousandths,
+  // where 16 bits cannot tell a face from the one behind it. The distance
+  // is interpolated with the perspective, as d/w and 1/w (the last value).
+  constexpr int N = NA<SH> + (ZM == 1 ? 2 : 1);
   const Pt* v[3] = {&pa, &pb, &pc};
   if (v[1]->s[1] < v[0]->s[1]) std::swap(v[0], v[1]);
   if (v[2]->s[1] < v[1]->s[1]) std::swap(v[1], v[2]);
@@ -43,9 +59,14 @@ void tri(const Pt& pa, const Pt& pb, const Pt& pc, const Trace& t) {
   if (!(std::fabs(aire) > 1e-12f) || !std::isfinite(aire)) return;  // no area: nothing is covered
   const float inv = 1 / aire;
   float a[3][N], dx[N], dy[N];
-  const float zs = ZM == 1 ? 32767.f : 1.f;
   for (int k = 0; k < 3; ++k) {
-    a[k][0] = v[k]->s[2] * zs;
+    if constexpr (ZM == 1) {
+      const float iw = 1 / std::max(v[k]->c[3], 1e-7f);
+      a[k][0] = -v[k]->e[2] * iw;
+      a[k][N - 1] = iw;
+    } else {
+      a[k][0] = v[k]->s[2];
+    }
     valeurs<SH>(*v[k], a[k] + 1);
   }
   for (int j = 0; j < N; ++j) {
@@ -80,7 +101,7 @@ void tri(const Pt& pa, const Pt& pb, const Pt& pc, const Trace& t) {
     for (int x = xs; x < xe; ++x) {
       bool ecrire = true;
       if constexpr (ZM == 1) {
-        std::int16_t z = static_cast<std::int16_t>(std::min(32767.f, std::max(0.f, c[0])));
+        std::int16_t z = zbuf_court(c[0] / c[N - 1], t);
         ecrire = z < zc[x];
         if (ecrire) zc[x] = z;
       } else if constexpr (ZM == 2) {

@@ -1,8 +1,11 @@
 // The software renderer's z-buffer and the language's key `zbu` (b25):
 // mode 0 none, 1 a 16-bit integer per pixel (far: 32767), 2 a float per
 // pixel (far: 1.0e9). One buffer lives at a time, at the working image's
-// size; depths are the window depth 0..1, times 32767 in mode 1.
+// size; mode 2 holds the window depth 0..1, mode 1 the distance from the
+// eye along its line of sight on a scale of equal ratios.
 #include <algorithm>
+#include <bit>
+#include <cmath>
 #include <cstdio>
 #include <new>
 
@@ -124,6 +127,15 @@ int zbuf_pret(int mode, int l, int h) {
   zb.h = h;
   remplit();
   return 0;
+}
+
+void zbuf_echelle(float proche, float loin, Trace& t) {
+  if (!(proche > 0) || !std::isfinite(proche)) proche = 1;
+  if (!(loin > proche) || !std::isfinite(loin)) loin = proche * 1e5f;
+  t.z_proche = proche;
+  const std::uint32_t etendue = std::bit_cast<std::uint32_t>(loin) - std::bit_cast<std::uint32_t>(proche);
+  t.z_dec = 0;
+  while (t.z_dec < 31 && (etendue >> t.z_dec) >= static_cast<std::uint32_t>(ZB_COURT_LOIN - 1)) ++t.z_dec;
 }
 
 int init_zbuf(int effacer) {
