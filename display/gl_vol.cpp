@@ -82,11 +82,13 @@ float gl_matiere(int type, const float* coul, const float* illum) {
   }
   const float k = illum[1];
   const float dif[4] = {k * coul[0], k * coul[1], k * coul[2], a};
-  glColor4fv(dif);
   if (type == 0) {
+    // Unlit edges take the colour itself, as method 1 draws them.
+    glColor4f(coul[0], coul[1], coul[2], a);
     glMaterialfv(GL_FRONT, GL_AMBIENT_AND_DIFFUSE, dif);
     return a;
   }
+  glColor4fv(dif);
   glMaterialfv(face, GL_DIFFUSE, dif);
   const float spe[4] = {illum[2], illum[2], illum[2], 1};
   glMaterialfv(face, GL_SPECULAR, spe);

@@ -22,6 +22,9 @@ void projection_set(int reset) {
   const Oeil& e = oeil_courant;
   if (e.projection != PERSPECTIVE && e.projection != PARALLELE) return;
   if (fen.dimx < 1 || fen.dimy < 1) return;
+  // The parallel view maps 0..dimx - 1: a window of one pixel a side has
+  // no such range, and keeps the matrices it had.
+  if (e.projection == PARALLELE && (fen.dimx < 2 || fen.dimy < 2)) return;
   if (!(e.proche > 0) || !(e.loin > e.proche) || !fini(e.loin)) return;
   for (int i = 0; i < 3; ++i)
     if (!fini(e.oeil[i]) || !fini(e.vise[i])) return;
