@@ -5,7 +5,8 @@
 // it off, bro(r, g, b) on with that colour, and lum gives the colour to
 // every light of the table as its diffuse part. What the phrase does not
 // name takes its default: law 0, density 1, start 0, end 1000; the colour
-// and the on state stay.
+// and the on state stay. The word is also the exponential function, so
+// brou(x) alone is that function: the law comes with another option.
 #include <GL/gl.h>
 
 #include <cmath>
@@ -64,7 +65,8 @@ int cmd_lum(mot* bloc, mot* valeur, const mot*) {
 }
 
 int cmd_brou(mot* bloc, mot* valeur, const mot*) {
-  if (valeur) return COMMANDE_SUITE;
+  // brou is also exp: one element with a value is the function.
+  if (valeur || (bloc[2] == 1 && bloc[4] > 3)) return COMMANDE_SUITE;
   if (fen.fenetre < 1) {
     message(1, M_SANS_FENETRE);
     return ECHEC;
