@@ -218,6 +218,7 @@ TEST(Gl, HeadOnAgainstSixtyDegrees) {
     vol_rt_libere(a);
     vol_rt_libere(b);
   }
+  vol_rt_tous_libere();
 }
 
 // Method 1 and the runtime record give the picture of the polygons sent one
@@ -415,6 +416,7 @@ TEST(Gl, RecordsMovePointsCloudsFollowersAndSurfaces) {
   att[1] = BLOC_PHRASE;
   std::string m = sortie_de([&] { EXPECT_EQ(vol_rt_cree(faux), nullptr); });
   EXPECT_NE(m, "");
+  vol_rt_tous_libere();
 }
 
 // Random large meshes with odd values: a 1 x 1 window, faces of 257
