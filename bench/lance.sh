@@ -21,5 +21,6 @@ bash bench/fichiers.sh
 # The window's idle step and a key's way to the buffer, on an X server of
 # its own.
 bash tests/display/sous_xvfb.sh python3 bench/fenetre.py build/orvane
+bash bench/gl.sh
 bash bench/rendu.sh
 build/bench/bench_fft

@@ -222,4 +222,5 @@ void commandes_fenetre_enregistre() {
   commande_enregistre(1, B_SOU, cmd_sou);
   commande_enregistre(0, A_CLE, cmd_cle);
   outil_souris_enregistre();
+  commandes_gl_enregistre();
 }

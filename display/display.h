@@ -14,6 +14,8 @@
 
 #include "core/bloc.h"
 
+struct Objet;
+
 constexpr int CLAVIER_MAX = 128;
 constexpr int NB_TOUCHES = 100;
 constexpr int NB_MENUS = 11;
@@ -136,3 +138,75 @@ void aff_enregistre();
 
 // Language handlers; registered when the window opens.
 void commandes_fenetre_enregistre();
+void commandes_gl_enregistre();  // lights and fog
+
+// ---- the OpenGL frame of the real-time loop -----------------------------------
+// The runtime form of a volume: made once by vol_rt_cree when a loop starts,
+// read by aff_rt at every frame, freed by vol_rt_libere. The loop places it
+// through pivot, rot, echelle and rotation, chains it with lead and suiv,
+// and may rewrite `som` in place; after such a rewrite it calls
+// vol_rt_som_change so that the normals and the GL buffers follow.
+//
+// Invariants: `som` holds ns x dim floats and is the record's own; every
+// face and edge names vertices 1..ns (checked when the record is made);
+// face colours, vertex colours and texture coordinates are copied at build.
+// The GL buffers are made by the first frame that draws the record, with
+// the window's context current, and go with the record.
+struct Vol_rt_gl;  // the drawing data, private to the engine
+struct Vol_rt {
+  int numero = 0;
+  int type = 0;       // form of the volume (b86 points, b79, b132 cloud...)
+  int affiche = 1;    // -1 never drawn (points), 0 matrix effects only
+  int ns = 0, ns_affiche = 0, dim = 3;
+  float* som = nullptr;  // ns x dim floats
+  int ne = 0, nf = 0;
+  bool a_coul = true;    // false: white
+  float coul[3] = {1, 1, 1};
+  bool a_illum = true;   // false: 1, 1, 0, 0, 0
+  float illum[5] = {1, 1, 0, 0, 0};
+  int tex = -1;          // GL texture name, negative for none
+  float pivot[3] = {0, 0, 0};
+  float rot[3] = {0, 0, 0};  // Euler angles in degrees, in the order `ordre`
+  int ordre = 312;           // digits 1 x, 2 y, 3 z read left to right
+  float echelle[3] = {1, 1, 1};
+  float rotation[4] = {0, 0, 0, 1};  // degrees, then the axis
+  bool garde_matrice = false;        // read the model matrix back after placing
+  float matrice[16] = {};
+  bool porte = false;          // carried by a skeleton: drawn by its carrier
+  float ancre[3] = {0, 0, 0};  // the anchor added to its place
+  Vol_rt* lead = nullptr;      // the carrier of this one, at its vertex lead_som (from 1)
+  int lead_som = 0;
+  int suiv_nb = 0;
+  Vol_rt** suiv = nullptr;     // drawn after this one, under its matrix
+  Vol_rt* instance = nullptr;  // a cloud's volume drawn at each vertex
+  float instance_pas = 0;      // degrees the instance turns on from vertex to vertex
+  Vol_rt_gl* gl = nullptr;
+};
+// Null after a numbered message (no vertices, bad faces, no memory).
+Vol_rt* vol_rt_cree(Objet* o);
+void vol_rt_libere(Vol_rt* r);
+void vol_rt_tous_libere();
+void vol_rt_som_change(Vol_rt* r);
+// Adds a follower; -1 (message 0:28) without memory.
+int vol_rt_suiveur(Vol_rt* chef, Vol_rt* suiv);
+// A NURBS surface of nu x nv control points (the vertices, cubic in both
+// directions, clamped uniform knots); -1 with a message when the counts do
+// not match the vertices.
+int vol_rt_nurbs(Vol_rt* r, int nu, int nv);
+// The records aff_rt(null) draws in that order; an empty span goes back to
+// all records in their order of making.
+void vol_rt_selection(const Vol_rt* const* liste, int n);
+// Draws one record, or with null every record. 0, or -1.
+int aff_rt(Vol_rt* r);
+
+// ---- lights and fog ----------------------------------------------------------------
+// Prints the state of every GL light (the reading of `lum` alone).
+void lum_voir();
+struct Brouillard {
+  bool actif = false;
+  int loi = 0;  // 0 linear, 1 exponential, 2 exponential squared
+  float coul[4] = {0, 0, 0, 1};
+  float densite = 1, debut = 0, fin = 1000;
+};
+extern Brouillard brouillard_etat;
+void brouillard_applique();  // the state into GL

@@ -60,3 +60,11 @@ void projection_set(int reset);
 int lum_gl();
 void lum_eteindre();
 int lum_id(int i);  // GL_LIGHT0 + i, or -1
+// The table of lights that lum_gl filled: its count, and entry i as
+// (number of the object, GL identifier), or null.
+int lum_nb();
+const int* lum_table(int i);
+// The material of a lit volume (and the colour of an unlit one): diffuse =
+// coefficient x colour, specular, shininess, and blending unless the
+// transparency is exactly 0. Gives the alpha used.
+float gl_matiere(int type, const float* coul, const float* illum);
