@@ -19,7 +19,7 @@
 #include "interp/interp.h"
 
 namespace {
-constexpr int OSC_ADRESSES = 256, OSC_VALEURS = 64, OSC_TEXTE = 255;
+constexpr int OSC_ADRESSES = 256, OSC_VALEURS = 64, OSC_TEXTE = 255, OSC_PAR_LECTURE = 4096;
 
 struct ValOsc {
   bool chaine = false;
@@ -187,8 +187,9 @@ int osc_lit(Periph* p, mot* phrase, const mot* limite, const char* adresse) {
     resultat_nil(phrase);
     return 0;
   }
-  while (lo_server_recv_noblock(o->srv, 0) > 0) {
-  }
+  // A malformed datagram is dropped by liblo without a message count: wait
+  // on the socket, not on the count. A flood stops at OSC_PAR_LECTURE.
+  for (int k = 0; k < OSC_PAR_LECTURE && lo_server_wait(o->srv, 0) > 0; ++k) lo_server_recv_noblock(o->srv, 0);
   if (adresse) {
     for (const Entree& e : o->table)
       if (e.adresse == adresse) return resultat_entree(phrase, limite, e, false);
