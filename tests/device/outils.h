@@ -63,12 +63,19 @@ struct Periphs : testing::Test {
     sortie_de([] { periph_ferme_tout(); });
   }
 
+  bool en_capture = false;  // inside sortie_de: lance leaves the output to it
   template <class F>
   std::string sortie_de(F f) {
+    if (en_capture) {
+      f();
+      return "";
+    }
+    en_capture = true;
     std::fflush(stdout);
     testing::internal::CaptureStdout();
     f();
     std::fflush(stdout);
+    en_capture = false;
     return testing::internal::GetCapturedStdout();
   }
 
