@@ -17,3 +17,4 @@ bash bench/attributs.sh
 py=python3
 $py -c 'import PIL' 2>/dev/null || py=/usr/bin/python3
 $py bench/images.py build/bench/bench_image
+bash bench/rendu.sh
