@@ -18,3 +18,4 @@ py=python3
 $py -c 'import PIL' 2>/dev/null || py=/usr/bin/python3
 $py bench/images.py build/bench/bench_image
 bash bench/rendu.sh
+bash bench/periph.sh

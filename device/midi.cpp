@@ -14,14 +14,12 @@ namespace {
 enum Source { AUCUNE, FLUX, ALSA } source = AUCUNE;
 
 void vide_sysex(const std::uint8_t* t, std::uint32_t n, std::uint32_t temps) {
-  std::uint8_t s = midi.sysex.load();
-  if (!(s & SYSEX_EN_COURS)) {
+  // Bit by bit, so that the display-off bit that the main thread may set
+  // meanwhile is never lost.
+  if (!(midi.sysex.fetch_or(SYSEX_EN_COURS) & SYSEX_EN_COURS))
     std::printf("*************** System Exclusive **************\r\n0x%08X ", temps);
-    s |= SYSEX_EN_COURS;
-  }
   bool fin = n > 0 && t[n - 1] == 247;
-  if (fin) s &= static_cast<std::uint8_t>(~SYSEX_EN_COURS);
-  midi.sysex.store(s);
+  if (fin) midi.sysex.fetch_and(static_cast<std::uint8_t>(~SYSEX_EN_COURS));
   for (std::uint32_t k = 0; k < n; ++k) std::printf(k % 16 == 15 ? "0x%02X\r\n" : "0x%02X ", t[k]);
   if (fin) std::printf("\r\n******************************************\r\n");
   std::fflush(stdout);

@@ -66,8 +66,8 @@ Clauses lit_clauses(mot* phrase) {
   for (mot k = 0; k < phrase[2]; ++k, e += e[0]) {
     if (e[0] < 3) break;
     if (e[1] != 0 && e[1] != 1) {
-      c.autre_env = e[1];
-      return c;
+      if (!c.autre_env) c.autre_env = e[1];
+      continue;
     }
     if (k == 1 && e[0] > 3 && !(e[1] == 0 && e[2] == A_ETAPE)) c.envoi = valeur_de(e);
     if (e[1] == 1) {
@@ -340,7 +340,6 @@ int periph_timeout(mot* phrase, mot* valeur, const mot* limite) {
 int periph_commande(mot* phrase, mot* valeur, const mot* limite) {
   if (phrase[2] < 1) return COMMANDE_SUITE;
   Clauses c = lit_clauses(phrase);
-  if (c.autre_env) return c.autre_env;
   if (!c.numero) {
     // An opening without its number; any other phrase is not a channel's.
     const char* t = c.ini ? texte_de(valeur_de(c.ini)) : nullptr;
@@ -352,6 +351,7 @@ int periph_commande(mot* phrase, mot* valeur, const mot* limite) {
       }
     return COMMANDE_SUITE;
   }
+  if (c.autre_env) return c.autre_env;
   if (c.ini) return ouvre(phrase, c);
   if (c.fin) return ferme(phrase, c);
   if (c.purge) return purge(phrase, c);

@@ -161,7 +161,13 @@ TEST_F(Canaux, SharedMemoryHandshakeWithAnotherProcess) {
     EXPECT_EQ(nombres(), (std::vector<float>{somme, 42, float(t)})) << sortie;
   }
   // A write alone: the text lands in `sortie`; the answer is read after.
+  // (A read empties `sortie` first: the other side must have taken the text.)
   EXPECT_EQ(ecrit({num(9)}, "bonjour la memoire"), 0);
+  int fd = shm_open(("/" + nom).c_str(), O_RDWR, 0);
+  auto* m = static_cast<volatile mot*>(mmap(nullptr, 1024, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0));
+  close(fd);
+  for (int k = 0; k < 500 && __atomic_load_n(m, __ATOMIC_ACQUIRE) != 0; ++k) dort(10);
+  munmap(const_cast<mot*>(m), 1024);
   lance({num(9)});
   std::string out = pair.fin();
   EXPECT_NE(out.find("texte bonjour la memoire"), std::string::npos) << out;
