@@ -29,7 +29,10 @@ int main(int argc, char** argv) {
     float x = static_cast<float>(t);
     std::int32_t w;
     std::memcpy(&w, &x, 4);
-    m[101] = -1002, m[102] = 1, m[103] = 1, m[104] = w;
+    m[101] = -1002;
+    m[102] = 1;
+    m[103] = 1;
+    m[104] = w;
     __atomic_store_n(m + 100, 5, __ATOMIC_RELEASE);
   }
   (void)copie;

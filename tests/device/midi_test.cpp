@@ -133,8 +133,12 @@ TEST_F(Midi, RandomBytesAndAVanishingStream) {
         EXPECT_GE(std::stoi(t.substr(0, 2), nullptr, 16), 0x80) << t;
       }
     }
+    // The input may still be parsing the random bytes: the marker message
+    // comes after them.
     envoie({0xF7, 0x92, 0x01, 0x02});
-    EXPECT_EQ(sans_temps(prochain()), "92 01 02 ");
+    std::string t;
+    for (int k = 0; k < 50 && sans_temps(t) != "92 01 02 "; ++k) t = prochain();
+    EXPECT_EQ(sans_temps(t), "92 01 02 ");
     // The other side closes: the input reports it and the channel still closes.
     close(maitre);
     maitre = -1;
