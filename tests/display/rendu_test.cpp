@@ -138,15 +138,16 @@ TEST(Rendu, LumiereDeFaceEtA60Degres) {
   float amb = 0.04f * 255;
   EXPECT_NEAR(m.p(20, 20), amb + 0.7f * 255, 1.0);
   EXPECT_NEAR((m.p(60, 20) - amb) / (m.p(20, 20) - amb), 0.5, 0.01);
-  // Both sides: the face turned away is black under type 1 but lit
-  // under type -1, as its normal is turned toward the eye.
+  // Both sides lit, as OpenGL's two-sided model: seen from behind, the
+  // face's normal is turned toward the eye; type -1 keeps its material,
+  // type 1 takes OpenGL's default back material, diffuse 0.8.
   Vol d;
   b = d.carre(mx(5, 80), my(5, 40), mx(35, 80), my(35, 40), 0);
   d.faces({{b + 3, b + 2, b + 1, b}});
   d.nf = {0, 0, 1};
   d.v.zbu = 0;
   ASSERT_EQ(rendu_vol(d.pret(1)), 0);
-  EXPECT_NEAR(m.p(20, 20), amb, 1.0);
+  EXPECT_NEAR(m.p(20, 20), amb + 0.8 * 255, 1.0);
   ASSERT_EQ(rendu_vol(d.pret(-1)), 0);
   EXPECT_NEAR(m.p(20, 20), 255, 1.0);
   // Attenuation: the one value in all three terms, 1 / (a (1 + d + d^2)).
@@ -461,7 +462,7 @@ TEST(Rendu, ParPixelEtSpot) {
     Monde m(60, 60, 13);
     lumiere(1, {0, 0, -200});
     Vol a;
-    int b = a.carre(-400, -400, 400, 400, 0);
+    int b = a.carre(-400, 400, 400, -400, 0);
     a.faces({{b, b + 1, b + 2, b + 3}});
     a.nsom.assign(12, 0);
     for (int i = 0; i < 4; ++i) a.nsom[3 * i + 2] = -1;
@@ -482,7 +483,7 @@ TEST(Rendu, ParPixelEtSpot) {
   attribut_ecrit_1(l, 1, 10, dir, 3, 1);
   attribut_ecrit_1(l, 1, 26, cone, 2, 1);
   Vol a;
-  int b = a.carre(-400, -400, 400, 400, 0);
+  int b = a.carre(-400, 400, 400, -400, 0);
   a.faces({{b, b + 1, b + 2, b + 3}});
   a.nf = {0, 0, -1};
   ASSERT_EQ(rendu_vol(a.pret(3)), 0);
