@@ -48,9 +48,11 @@ void publie(volatile mot* zone, const mot* b, mot n) {
 
 // Waits for a condition on a word, spinning first (a round trip takes a
 // few microseconds), then yielding the processor. An interrupt ends it.
+// The tick counts whole milliseconds, so the wait ends one tick past the
+// limit: it never gives up before the timeout asked for.
 template <class F>
 bool attend(F condition, long ms) {
-  std::int64_t fin = tic_ms() + (ms < 0 ? 0 : ms);
+  std::int64_t fin = tic_ms() + (ms < 0 ? 0 : ms) + 1;
   for (long tour = 0;; ++tour) {
     if (condition()) return true;
     if (ms >= 0 && tic_ms() >= fin) return false;
