@@ -113,8 +113,8 @@
 |107:?\n
 |108:?\n
 |109:?\n
-|110:?\n
-|111:?\n
+|110:Oeil illegal: il faut foc > 0, 0 < proche < loin, l'oeil hors du point vise et des valeurs finies\7\n
+|111:Sommet non fini, volume non affiche\7\n
 |112:?\n
 |113:?\n
 |114:?\n
