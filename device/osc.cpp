@@ -42,6 +42,15 @@ void erreur_lo(int num, const char* msg, const char* ou) {
   std::printf("ERREUR OSC %d %s %s\x07\n", num, msg ? msg : "", ou ? ou : "");
 }
 
+// The values lie in the datagram where liblo found them, aligned to 4 bytes
+// only: an 8-byte value read through the union would be misaligned.
+template <class T>
+T arg(const lo_arg* a) {
+  T x;
+  std::memcpy(&x, a, sizeof x);
+  return x;
+}
+
 int recoit(const char* chemin, const char* types, lo_arg** argv, int argc, lo_message, void* donnees) {
   Osc* o = static_cast<Osc*>(donnees);
   int i = 0;
@@ -58,11 +67,11 @@ int recoit(const char* chemin, const char* types, lo_arg** argv, int argc, lo_me
   for (int k = 0; k < argc && static_cast<int>(e.vals.size()) < OSC_VALEURS; ++k) {
     ValOsc v;
     switch (types[k]) {
-      case LO_INT32: v.x = static_cast<float>(argv[k]->i); break;
-      case LO_FLOAT: v.x = argv[k]->f; break;
-      case LO_DOUBLE: v.x = static_cast<float>(argv[k]->d); break;
-      case LO_INT64: v.x = static_cast<float>(argv[k]->h); break;
-      case LO_CHAR: v.x = static_cast<float>(static_cast<unsigned char>(argv[k]->c)); break;
+      case LO_INT32: v.x = static_cast<float>(arg<std::int32_t>(argv[k])); break;
+      case LO_FLOAT: v.x = arg<float>(argv[k]); break;
+      case LO_DOUBLE: v.x = static_cast<float>(arg<double>(argv[k])); break;
+      case LO_INT64: v.x = static_cast<float>(arg<std::int64_t>(argv[k])); break;
+      case LO_CHAR: v.x = static_cast<float>(static_cast<unsigned char>(arg<char>(argv[k]))); break;
       case LO_TRUE: v.x = 1; break;
       case LO_FALSE: v.x = 0; break;
       case LO_STRING:
