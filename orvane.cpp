@@ -2,6 +2,7 @@
 // of the shell for ever. The end of the console's input ends the program
 // with status 0; a restart from the interruption menu comes back here by
 // return codes.
+#include "device/device.h"
 #include "display/display.h"
 #include "interp/interp.h"
 #include "persist/persist.h"
@@ -10,6 +11,7 @@
 int main(int argc, char** argv) {
   fenetre_enregistre();
   persist_enregistre();
+  periph_enregistre();
   demarrer(argc, argv);
   interruption_installe();
   interp_init();

@@ -1,8 +1,67 @@
-// Devices: the sound's analysis and its FFT (the peripheral channels add
-// their own section here).
+// Devices: the table of numbered channels to the outside (files, shared
+// memory, serial ports, TCP and UDP sockets, MIDI input, OSC), and the MIDI
+// input itself. Sound capture and its analysis have a section of their own
+// below.
+//
+// Every channel is read and written by the one command `periph` (b128) on
+// the interpreter's thread, between two frames. The only other thread is the
+// MIDI input's, which writes nothing but the last message and the System
+// Exclusive flags.
 #pragma once
 #include <cstdint>
+#include <string_view>
 
+#include "core/bloc.h"
+
+// ==== peripherals ===========================================================
+constexpr int NB_PERIPH = 100;  // channels 1 to 100
+
+// Kinds of channel (`type` of a Periph).
+enum : int {
+  PERIPH_LIBRE = 0,
+  PERIPH_FIC = 1,
+  PERIPH_MEM = 2,
+  PERIPH_COM = 3,
+  PERIPH_TCP_CLIENT = 4,
+  PERIPH_UDP_CLIENT = 5,
+  PERIPH_MID = 6,
+  PERIPH_TCP_SERVEUR = 7,
+  PERIPH_UDP_SERVEUR = 8,
+  PERIPH_OSC = 9,  // receives when opened as a server, else sends
+};
+
+// The handler of `periph` (b128), and of the phrases that start with one of
+// its opening clauses (ini, nom, fin, ...) and name a channel. Registered in
+// the command dispatch by periph_enregistre().
+int periph_commande(mot* phrase, mot* valeur, const mot* limite);
+// The entry: `donnee` is the value to write, or null for a read whose value
+// is written over `phrase`, below `limite`.
+int periph_lit_ecrit(mot* phrase, const mot* limite, mot* donnee);
+// The channel's `timeout` read or written (phrase periph(n) tem).
+int periph_timeout(mot* phrase, mot* valeur, const mot* limite);
+// Closes every channel (the end of the program leaves no device behind).
+void periph_ferme_tout();
+// Puts the handlers into the command dispatch.
+void periph_enregistre();
+// One step of the animation that a shared-memory read may run (clause
+// etape); the animation registers it, null runs nothing.
+extern int (*periph_etape)(float argument);
+// The byte that asks a TCP peer for its next message.
+constexpr char PERIPH_DEMANDE = '?';
+
+// ==== MIDI input ============================================================
+// One input at a time: the ALSA sequencer (port = a client to listen to, 0:
+// any that connects), or a raw MIDI byte stream when `nom` names a device,
+// file or pty. 0, or -1 after the messages.
+int midi_ouvre(int port, std::string_view nom);
+void midi_ferme();
+// The last short message as "ss dd dd tt\r\n" (hex), emptied by the read; an
+// empty string when nothing came. -12 when it does not fit.
+int midi_lit(mot* valeur, const mot* limite);
+// Whether an input is open.
+bool midi_ouvert();
+
+// ==== sound (capture, playback, spectrum) ====================================
 // ---- the FFT ---------------------------------------------------------------
 // Forward (inverse = 0) or inverse complex FFT of n points, n a power of two
 // from 2: radix 2 in time, the inputs bit-reversed into the outputs first.
