@@ -113,10 +113,10 @@
 |107:?\n
 |108:?\n
 |109:?\n
-|110:?\n
-|111:?\n
-|112:?\n
-|113:?\n
+|110:Pas de vainqueur pour motif\7\n
+|111:Courbe du coefficient: les abscisses doivent croitre\7\n
+|112:Numero de neurone illegal\7\n
+|113:Valeur non numerique\7\n
 |114:?\n
 |115:?\n
 |116:?\n
