@@ -176,7 +176,6 @@ int resultat(mot* bloc, const mot* limite, const std::vector<float>& y) {
   std::copy(y.begin(), y.end(), r);
   return 0;
 }
-}  // namespace
 
 // res(1) motif = ...: the lists of a network keep every value they are
 // given, where a plain attribute would be cut to the keyword's width.
@@ -226,9 +225,29 @@ int ecrit_liste(mot* bloc, mot* valeur, const mot* limite) {
   return 0;
 }
 
+// res(5) tex: a new map (sub-type 54) of that number, replacing the
+// network it had.
+int cree_carte(mot* bloc) {
+  mot* e = bloc + 4;
+  mot* ids = arg(e);
+  mot* f = e + e[0];
+  if (bloc[2] != 2 || e[1] != 1 || e[2] != B_RES || f[1] != 1 || f[2] != RES_CARTE || arg(f))
+    return COMMANDE_SUITE;
+  std::vector<float> x;
+  int n = 0;
+  if (ids && (!res_reels(ids, &x) || x.size() != 1 || !entier(x[0], &n))) return mauvais(1, B_RES);
+  if (!ids) n = numero_max(1, B_RES) + 1;
+  if (Objet* o = objet_trouve(B_RES, 0, n, nullptr)) objet_supprime(o);
+  if (!objet_cree(1, B_RES, RES_CARTE, nullptr, nullptr, n)) return -1;
+  bloc[0] = 0;
+  return 0;
+}
+}  // namespace
+
 int res_commande(mot* bloc, mot* valeur, const mot* limite) {
   if (valeur) return ecrit_liste(bloc, valeur, limite);
   if (bloc[2] < 2) return COMMANDE_SUITE;
+  if (int c = cree_carte(bloc); c != COMMANDE_SUITE) return c;
   Lu l;
   int r = lit(bloc, &l);
   if (r > 0) return COMMANDE_SUITE;
