@@ -12,6 +12,7 @@
 
 #include "core/message.h"
 #include "display/display.h"
+#include "display/moteurs.h"
 #include "image/image.h"
 #include "startup/startup.h"
 
@@ -118,7 +119,11 @@ const Outil* outil(int mode) {
   return mode > 0 && mode < 200 ? &outils[mode] : nullptr;
 }
 
-void fenetre_enregistre() { entree_fenetre = entree; }
+void fenetre_enregistre() {
+  entree_fenetre = entree;
+  // The renderer's keys work without a window too.
+  rendu_enregistre();
+}
 
 void fenetre_rouvrir() {
   if (!fen.glut_pret) {

@@ -45,6 +45,10 @@ int init_zbuf(int effacer);
 // The z-buffer mode (0 none, 1 16-bit, 2 float), as the key zbu sets it.
 int zbuf_mode();
 int zbuf_mode_fixe(int mode);  // prints its line; -1 with 0:66 for a negative mode
+// The key zbu (b25) of the language: with a value, the mode (its line
+// printed, the buffer made); alone, "zbuffer = %d shorts" with the size.
+// Registered with the command dispatch at start, window or not.
+void rendu_enregistre();
 
 // ---- the OpenGL engine -----------------------------------------------------
 // Method 1 of aff: the volume's polygons one at a time into the current
