@@ -60,9 +60,13 @@ int generer_seul(mot* bloc, mot* valeur, const mot* limite) {
 
 // The network command takes the phrases that train, recall or search; the
 // others create the network or reach its attributes.
+// Behind another object (vol(2) res), the phrase is an attribute's:
+// creation would hand it back here.
 int res_ou_creation(mot* bloc, mot* valeur, const mot* limite) {
   int r = res_commande(bloc, valeur, limite);
-  return r == COMMANDE_SUITE ? creation(bloc, valeur, limite) : r;
+  if (r != COMMANDE_SUITE) return r;
+  mot* e = premier_element(bloc);
+  return e[1] == 1 && e[2] == B_RES ? creation(bloc, valeur, limite) : attribut(bloc, valeur, limite);
 }
 int interaction_res(mot* bloc, mot* valeur, const mot* limite) {
   int r = res_interaction(bloc, valeur, limite);
