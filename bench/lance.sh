@@ -18,3 +18,7 @@ bash bench/attributs.sh
 py=python3
 $py -c 'import PIL' 2>/dev/null || py=/usr/bin/python3
 $py bench/images.py build/bench/bench_image
+# The window's idle step and a key's way to the buffer, on an X server of
+# its own.
+bash tests/display/sous_xvfb.sh python3 bench/fenetre.py build/orvane
+bash bench/rendu.sh

@@ -118,10 +118,17 @@ int cmd_curseur(mot* bloc, mot* valeur, const mot*) {
 }
 
 // fen alone: width, height, mode, idle steps run. fen(w, h) asks the window
-// for that size; fen(0) opens it again.
+// for that size; fen(0) opens it again; fen("ful") takes the whole screen.
 int cmd_fen(mot* bloc, mot* valeur, const mot* limite) {
   float p[2] = {0, 0};
-  int n = nombres(valeur_de(bloc, valeur), p, 2);
+  const mot* v = valeur_de(bloc, valeur);
+  if (const char* t = chaine(v)) {
+    if (std::strncmp(t, "ful", 3) != 0) return refuse(B_FEN);
+    if (fen.fenetre < 1) return sans_fenetre();
+    plein_ecran(true);
+    return rien(bloc);
+  }
+  int n = nombres(v, p, 2);
   if (n < 0) return refuse(B_FEN);
   if (n == 0) {
     float r[4] = {static_cast<float>(fen.dimx), static_cast<float>(fen.dimy),

@@ -38,6 +38,9 @@ struct Fenetre {
   long frequence = 100;        // unit of the mouse clock, per second
   std::int64_t horloge_depart = 0;
   int menus[NB_MENUS] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+  // The two root menus made at each opening: the "exec" list's and the
+  // "menu" list's; -1 when none.
+  int racines[2] = {-1, -1};
   long images = 0;             // idle steps run since the opening
   bool glut_pret = false;
 };
@@ -66,6 +69,12 @@ void fenetre_enregistre();
 void fenetre_ouvrir();
 // Destroys the window and its menus and makes it again, inside the loop.
 void fenetre_rouvrir();
+// Full screen, when `demande` or the start-up setting (win=ful) asks for it;
+// the real-time loop calls it at its start. True when it was asked.
+bool plein_ecran(bool demande);
+// What a chosen entry of a root menu runs (the menus' own folder sets it):
+// the root's index (0 "exec", 1 "menu") and the entry's value.
+extern void (*menu_choisi)(int racine, int valeur);
 
 // One turn of the idle callback; true when it found something to do.
 bool pas_inactif();

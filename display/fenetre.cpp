@@ -61,18 +61,33 @@ void Idle_Func() {
 }
 
 void Close_Func() {
+  // freeglut destroys a window at its next turn: the window a re-opening
+  // replaced closes after the new one is made, and must not forget it.
+  if (glutGetWindow() != fen.fenetre) return;
   fen.fenetre = -1;
   fen.mode_interactif = 0;
+}
+
+void choix_exec(int v) {
+  if (menu_choisi) menu_choisi(0, v);
+}
+void choix_menu(int v) {
+  if (menu_choisi) menu_choisi(1, v);
+}
+
+void detruit_menus() {
+  for (int& m : fen.menus)
+    if (m > 0) glutDestroyMenu(m);
+  for (int& m : fen.racines)
+    if (m > 0) glutDestroyMenu(m);
+  for (int& m : fen.menus) m = -1;
+  for (int& m : fen.racines) m = -1;
 }
 
 void cree() {
   fen.mode_interactif = 0;
   if (fen.fenetre > 0) {
-    for (int& m : fen.menus)
-      if (m > 0) {
-        glutDestroyMenu(m);
-        m = -1;
-      }
+    detruit_menus();
     glutDestroyWindow(fen.fenetre);
     fen.fenetre = -1;
   }
@@ -91,6 +106,10 @@ void cree() {
   glutVisibilityFunc(Visibility_Func);
   glutCloseFunc(Close_Func);
   glutSetCursor(fen.curseur ? GLUT_CURSOR_INHERIT : GLUT_CURSOR_NONE);
+  // The entries come with the menus' commands; a new window starts with
+  // the two roots empty.
+  fen.racines[0] = glutCreateMenu(choix_exec);
+  fen.racines[1] = glutCreateMenu(choix_menu);
   fen.images = 0;
   gl_avant();
   dpy = glXGetCurrentDisplay();
@@ -117,6 +136,15 @@ void outil_enregistre(int mode, const Outil& o) {
 const Outil* outil(int mode) {
   if (mode < 0) mode = -mode;
   return mode > 0 && mode < 200 ? &outils[mode] : nullptr;
+}
+
+void (*menu_choisi)(int, int) = nullptr;
+
+bool plein_ecran(bool demande) {
+  if (!(demande || ecran.plein) || fen.fenetre < 1) return false;
+  glutSetWindow(fen.fenetre);
+  glutFullScreen();
+  return true;
 }
 
 void fenetre_enregistre() {
@@ -178,6 +206,9 @@ void fenetre_ouvrir() {
   // The window was closed from outside: the console goes on alone, and a
   // command may open the window again.
   console_fin();
+  // freeglut has destroyed the menus with the window.
+  for (int& m : fen.menus) m = -1;
+  for (int& m : fen.racines) m = -1;
   fen.fenetre = -1;
   fen.glut_pret = false;
   ima_fenetre.avant_lecture = nullptr;

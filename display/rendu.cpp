@@ -145,11 +145,15 @@ int decoupe(Pt*& a, Pt*& b, int n, int code) {
       float dp = p.c[3] + sg * p.c[axe], dq = q.c[3] + sg * q.c[axe];
       if (dp >= 0) b[m++] = p;
       if ((dp >= 0) != (dq >= 0)) {
-        float u = dp / (dp - dq);
+        // In double, and the cut coordinate put on the plane exactly: with
+        // vertices far outside, the interpolation alone loses the plane.
+        double u = static_cast<double>(dp) / (static_cast<double>(dp) - dq);
         const float* fp = reinterpret_cast<const float*>(&p);
         const float* fq = reinterpret_cast<const float*>(&q);
-        float* fr = reinterpret_cast<float*>(&b[m++]);
-        for (int k = 0; k < 24; ++k) fr[k] = fp[k] + u * (fq[k] - fp[k]);
+        Pt& r = b[m++];
+        float* fr = reinterpret_cast<float*>(&r);
+        for (int k = 0; k < 24; ++k) fr[k] = static_cast<float>(fp[k] + u * (static_cast<double>(fq[k]) - fp[k]));
+        r.c[axe] = -sg * r.c[3];
       }
     }
     std::swap(a, b);
@@ -177,11 +181,15 @@ struct Scene {
   bool parallele;
   int type;  // 1, 2 or 3
   bool deux_cotes;
+  // Both sides are lit, as OpenGL's two-sided model does: a negative type
+  // gives its material to both; a positive one only to the front, and the
+  // back of its faces takes OpenGL's default material (diffuse 0.8, no
+  // specular, opaque) with the normal turned.
   float kd[3];  // coefficient x colour
   float coef;
-  Eclairage ecl;
-  Trace t;
-  FnTri remplir[3];
+  Eclairage ecl, ecl_dos;
+  Trace t, t_dos;
+  FnTri remplir[3], remplir_dos[3];
 };
 
 // Newell's normal of the contour in eye space (not unit).
@@ -197,7 +205,7 @@ void newell(const mot* c, int np, float* n) {
 }
 
 // Lit colour of a vertex under smooth shading, kept for the pass.
-const float* coul_sommet(const Scene& sc, int i, bool dos, const float* kd) {
+const float* coul_sommet(const Scene& sc, const Eclairage& ecl, int i, bool dos, const float* kd) {
   unsigned& mq = tr.marque[2L * i + dos];
   float* c = tr.coul.get() + 6L * i + 3 * dos;
   if (mq == tr.passe) return c;
@@ -205,7 +213,7 @@ const float* coul_sommet(const Scene& sc, int i, bool dos, const float* kd) {
   float n[3];
   tourne(sc.vue, v.n_som + static_cast<long>(i) * v.pas_n, n);
   if (dos) n[0] = -n[0], n[1] = -n[1], n[2] = -n[2];
-  eclaire(tr.som[i].e, n, kd, sc.ecl, c);
+  eclaire(tr.som[i].e, n, kd, ecl, c);
   mq = tr.passe;
   return c;
 }
@@ -244,9 +252,12 @@ int face_ombree(Scene& sc, int f, const mot* face) {
   if (et || (ou & SOM_NAN)) return 0;
   if (!poly_pret(np)) return -1;
   // The face's normal in eye space, and the side the eye sees.
-  float nf[3], ng[3];
+  // Smooth shading with vertex normals needs no face normal.
+  float nf[3] = {0, 0, 1}, ng[3];
   bool newell_fait = false;
-  if (v.n_fac) {
+  if (lisse && v.n_som) {
+    // the vertices' normals serve
+  } else if (v.n_fac) {
     tourne(sc.vue, v.n_fac + static_cast<long>(f) * v.pas_n, nf);
   } else {
     newell(c, np, ng);
@@ -254,26 +265,27 @@ int face_ombree(Scene& sc, int f, const mot* face) {
     nf[0] = ng[0], nf[1] = ng[1], nf[2] = ng[2];
     unite(nf);
   }
-  bool dos = false;
-  if (sc.deux_cotes) {
-    if (!newell_fait) newell(c, np, ng);
-    const float* p0 = tr.som[c[0] - 1].e;
-    float vu = sc.parallele ? ng[2] : -(ng[0] * p0[0] + ng[1] * p0[1] + ng[2] * p0[2]);
-    dos = vu < 0;
-    if (dos) nf[0] = -nf[0], nf[1] = -nf[1], nf[2] = -nf[2];
-  }
-  float kd[3];
-  kd_de(sc, v.c_fac, f + 1, kd);
-  const bool coul_face = v.c_fac && coul_element(v.c_fac, f + 1);
+  if (!newell_fait) newell(c, np, ng);
+  const float* p0 = tr.som[c[0] - 1].e;
+  const float vu = sc.parallele ? ng[2] : -(ng[0] * p0[0] + ng[1] * p0[1] + ng[2] * p0[2]);
+  const bool dos = vu < 0;
+  if (dos) nf[0] = -nf[0], nf[1] = -nf[1], nf[2] = -nf[2];
+  const bool defaut = dos && !sc.deux_cotes;
+  const Eclairage& ecl = defaut ? sc.ecl_dos : sc.ecl;
+  Trace& trace = defaut ? sc.t_dos : sc.t;
+  float kd[3] = {0.8f, 0.8f, 0.8f};
+  if (!defaut) kd_de(sc, v.c_fac, f + 1, kd);
+  const bool coul_face = !defaut && v.c_fac && coul_element(v.c_fac, f + 1);
+  const bool coul_som = !defaut && v.c_som && !coul_face;
   Pt* a = tr.poly.get();
   Pt* b = a + tr.n_poly;
   int sorte = TRI_PLAT;
-  if (sc.type == 1 && !v.c_som) {
+  if (sc.type == 1 && !coul_som) {
     float ctr[3] = {0, 0, 0};
     for (int i = 0; i < np; ++i)
       for (int k = 0; k < 3; ++k) ctr[k] += tr.som[c[i] - 1].e[k];
     for (float& x : ctr) x /= np;
-    eclaire(ctr, nf, kd, sc.ecl, sc.t.coul);
+    eclaire(ctr, nf, kd, ecl, trace.coul);
   } else {
     sorte = sc.type == 3 ? TRI_PIXEL : TRI_GOURAUD;
   }
@@ -285,7 +297,7 @@ int face_ombree(Scene& sc, int f, const mot* face) {
     for (int k = 0; k < 3; ++k) p.s[k] = q.s[k];
     if (sorte == TRI_PLAT) continue;
     float kv[3];
-    if (v.c_som && !coul_face) kd_de(sc, v.c_som, s + 1, kv);
+    if (coul_som) kd_de(sc, v.c_som, s + 1, kv);
     else kv[0] = kd[0], kv[1] = kd[1], kv[2] = kd[2];
     float n[3] = {nf[0], nf[1], nf[2]};
     if (lisse && v.n_som) {
@@ -295,10 +307,10 @@ int face_ombree(Scene& sc, int f, const mot* face) {
     if (sorte == TRI_PIXEL) {
       for (int k = 0; k < 3; ++k) p.e[k] = q.e[k], p.n[k] = n[k], p.k[k] = kv[k];
     } else if (lisse && v.n_som && !coul_face) {
-      const float* cs = coul_sommet(sc, s, dos, kv);
+      const float* cs = coul_sommet(sc, ecl, s, dos, kv);
       p.k[0] = cs[0], p.k[1] = cs[1], p.k[2] = cs[2];
     } else {
-      eclaire(q.e, n, kv, sc.ecl, p.k);
+      eclaire(q.e, n, kv, ecl, p.k);
     }
   }
   if (ou) {
@@ -311,8 +323,8 @@ int face_ombree(Scene& sc, int f, const mot* face) {
     const float l = static_cast<float>(sc.t.l), h = static_cast<float>(sc.t.h);
     for (int i = 0; i < np; ++i) fenetre(a[i].c, l, h, a[i].s);
   }
-  FnTri fn = sc.remplir[sorte];
-  for (int i = 1; i + 1 < np; ++i) fn(a[0], a[i], a[i + 1], sc.t);
+  FnTri fn = (defaut ? sc.remplir_dos : sc.remplir)[sorte];
+  for (int i = 1; i + 1 < np; ++i) fn(a[0], a[i], a[i + 1], trace);
   return 0;
 }
 
@@ -373,7 +385,15 @@ int ombre(const Vol_aff& v, Trace& t, const float* vue, const float* pr) {
   t.zmode = std::clamp(zm, 0, 2);
   if (t.zmode && zbuf_pret(t.zmode, t.l, t.h) < 0) return -1;
   sc.t = t;
-  for (int s = 0; s < 3; ++s) sc.remplir[s] = triangle_choisi(s, sc.t);
+  sc.ecl_dos = sc.ecl;
+  sc.ecl_dos.spec = sc.ecl_dos.brillance = 0;
+  sc.t_dos = t;
+  sc.t_dos.alpha = 1;
+  sc.t_dos.ecl = &sc.ecl_dos;
+  for (int s = 0; s < 3; ++s) {
+    sc.remplir[s] = triangle_choisi(s, sc.t);
+    sc.remplir_dos[s] = triangle_choisi(s, sc.t_dos);
+  }
   if (sc.type >= 2 && v.n_som && !coul_pret(v.ns)) return -1;
   if (++tr.passe == 0) {
     std::fill(tr.marque.get(), tr.marque.get() + 2 * tr.n_coul, 0u);

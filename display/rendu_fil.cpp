@@ -26,6 +26,7 @@ constexpr unsigned char CHIFFRES[11][5] = {
 void ligne(const Trace& t, float x0, float y0, float x1, float y1, const float* coul) {
   // Clip to the image's rectangle (Liang-Barsky), then one pixel per step
   // along the longer axis.
+  if (!std::isfinite(x0 + y0 + x1 + y1)) return;
   float u0 = 0, u1 = 1, dx = x1 - x0, dy = y1 - y0;
   const float bords[4][2] = {{-dx, x0}, {dx, t.l - x0}, {-dy, y0}, {dy, t.h - y0}};
   for (auto& b : bords) {

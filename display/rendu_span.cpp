@@ -11,6 +11,9 @@
 #include "display/rendu_interne.h"
 
 namespace {
+// A pixel index from a float bound, 0..max; NaN gives 0.
+inline int borne(float x, int max) { return x > 0 ? (x < static_cast<float>(max) ? static_cast<int>(x) : max) : 0; }
+
 inline octet niveau(float x) { return static_cast<octet>(std::min(255.f, std::max(0.f, x))); }
 
 inline void melange(octet* p, float c, float a) { *p = niveau(*p + (c - *p) * a + 0.5f); }
@@ -50,9 +53,8 @@ void tri(const Pt& pa, const Pt& pb, const Pt& pc, const Trace& t) {
     dx[j] = (d1 * (y2 - y0) - d2 * (y1 - y0)) * inv;
     dy[j] = (d2 * (x1 - x0) - d1 * (x2 - x0)) * inv;
   }
-  const float fh = static_cast<float>(t.h), fl = static_cast<float>(t.l);
-  const int ys = static_cast<int>(std::clamp(std::ceil(y0 - 0.5f), 0.f, fh));
-  const int ye = static_cast<int>(std::clamp(std::ceil(y2 - 0.5f), 0.f, fh));
+  const int ys = borne(std::ceil(y0 - 0.5f), t.h);
+  const int ye = borne(std::ceil(y2 - 0.5f), t.h);
   const float pl = y2 > y0 ? (x2 - x0) / (y2 - y0) : 0;
   const float p01 = y1 > y0 ? (x1 - x0) / (y1 - y0) : 0;
   const float p12 = y2 > y1 ? (x2 - x1) / (y2 - y1) : 0;
@@ -64,8 +66,8 @@ void tri(const Pt& pa, const Pt& pb, const Pt& pc, const Trace& t) {
     float xa = x0 + (yc - y0) * pl;
     float xb = yc < y1 ? x0 + (yc - y0) * p01 : x1 + (yc - y1) * p12;
     if (xb < xa) std::swap(xa, xb);
-    const int xs = static_cast<int>(std::clamp(std::ceil(xa - 0.5f), 0.f, fl));
-    const int xe = static_cast<int>(std::clamp(std::ceil(xb - 0.5f), 0.f, fl));
+    const int xs = borne(std::ceil(xa - 0.5f), t.l);
+    const int xe = borne(std::ceil(xb - 0.5f), t.l);
     if (xs >= xe) continue;
     float c[N];
     const float ox = xs + 0.5f - x0, oy = yc - y0;

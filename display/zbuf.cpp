@@ -42,6 +42,7 @@ int cmd_zbu(mot* bloc, mot* valeur, const mot*) {
   const mot* v = e[0] > 3 ? e + 3 : valeur;
   if (v && v[0] >= 4 && v[1] == BLOC_NIL) v = nullptr;
   if (!v) {
+    if (init_zbuf(0) < 0) return ECHEC;
     int m = zbuf_mode();
     long n = static_cast<long>(zb.l) * zb.h * (m == 2 ? 2 : m);
     std::printf("zbuffer = %ld shorts\n", n);

@@ -1,5 +1,7 @@
 // The window under Xvfb with Mesa: keys and mouse from xdotool, a second
 // process; the picture read back by the language (glReadPixels).
+#include <algorithm>
+
 #include "outils_fenetre.h"
 
 namespace {
@@ -171,10 +173,20 @@ TEST(Fenetre, SourisPositionBoutonsEtVitesse) {
   mouvement.join();
   EXPECT_GT(vx_max, 0.5f);
   EXPECT_EQ(vy_abs, 0);
-  // Still, the speed falls back to 0; outside the window nothing breaks.
+  // Still, the speed falls back to 0.
   dort(100);
   EXPECT_EQ(valeurs(s.p, "sou").at(5), 0);
-  xdo("mousemove 1100 900");
+  // A drag out of the window: the window keeps the pointer, and positions
+  // past its edges arrive as they are, without harm.
+  xdo("mousemove --window " + s.fenetre + " 300 200 mousedown 1 mousemove 1100 900");
+  dort(150);
+  m = valeurs(s.p, "sou");
+  ASSERT_EQ(m.size(), 11u);
+  EXPECT_EQ(m[0], 1100);
+  EXPECT_EQ(m[1], 900);
+  xdo("mouseup 1 mousemove 1200 1000");
+  dort(100);
+  EXPECT_EQ(valeurs(s.p, "sou").at(4), 0);
   EXPECT_EQ(valeurs(s.p, "1 + 1"), std::vector<float>{2});
 }
 
@@ -207,12 +219,68 @@ TEST(Fenetre, DixMilleTouchesEtFermeture) {
   XCloseDisplay(d);
 }
 
+// The windows freeglut made for menus, by X identifier.
+std::vector<std::string> menus() {
+  std::vector<std::string> v;
+  std::istringstream s(xdo("search --name '^freeglut menu$'"));
+  for (std::string l; s >> l;) v.push_back(l);
+  std::sort(v.begin(), v.end());
+  return v;
+}
+
+TEST(Fenetre, ReouvertureMenusEtPleinEcran) {
+  Session s;
+  ASSERT_TRUE(attend(s.p, "empilements"));
+  // Slow builds make the window late: wait for what is asked.
+  auto attend_menus = [](auto ok) {
+    std::vector<std::string> v;
+    for (int k = 0; k < 100 && !ok(v = menus()); ++k) dort(50);
+    return v;
+  };
+  std::vector<std::string> avant = attend_menus([](auto& v) { return v.size() == 2; });
+  EXPECT_EQ(avant.size(), 2u);
+  // Opened again twice: the old window and its menus go, two new roots
+  // come, and the new window is the one the commands draw in.
+  tape(s.p, "fen(0)");
+  tape(s.p, "fen(0)");
+  std::vector<std::string> apres = attend_menus([&](auto& v) { return v.size() == 2 && v != avant; });
+  tape(s.p, "$ \"@r\"");
+  ASSERT_TRUE(attend(s.p, "@r "));
+  apres = menus();
+  ASSERT_EQ(apres.size(), 2u);
+  for (const std::string& m : apres) EXPECT_EQ(std::count(avant.begin(), avant.end(), m), 0);
+  std::string f = xdo("search --name '^orvane$'");
+  EXPECT_EQ(std::count(f.begin(), f.end(), '\n'), 1);
+  EXPECT_NE(f, s.fenetre + "\n");
+  tape(s.p, "fond_ecran(0.2, 0.4, 1)");
+  EXPECT_EQ(valeurs(s.p, "pixel_fenetre(9, 9)"), (std::vector<float>{51, 102, 255}));
+  // Full screen: the whole of the server's 1280 x 1024; a word it does not
+  // know is refused.
+  tape(s.p, "fen(\"ful\")");
+  dort(300);
+  std::vector<float> t = valeurs(s.p, "fen");
+  ASSERT_GE(t.size(), 2u);
+  EXPECT_EQ(t[0], 1280);
+  EXPECT_EQ(t[1], 1024);
+  tape(s.p, "fen(\"mi\")");
+  EXPECT_TRUE(attend(s.p, "fen Type de valeur illegal"));
+  EXPECT_EQ(valeurs(s.p, "3 * 3"), std::vector<float>{9});
+}
+
 TEST(Fenetre, SansEcranLaConsoleSeule) {
+  // No display named, and one named where no server listens.
+  for (const char* ecran : {static_cast<const char*>(nullptr), ":917"}) {
+    if (ecran) setenv("DISPLAY", ecran, 1);
+    else unsetenv("DISPLAY");
+    Processus p = lance_orvane({"ID", "ini=env/initb.h"});
+    tape(p, "$ 2 * 21");
+    tape(p, "fond_ecran(1, 0, 0)");
+    tape(p, "$ 3 * 21");
+    EXPECT_EQ(termine(p), 0);
+    EXPECT_NE(p.lu.find("Pas d'ecran graphique"), std::string::npos);
+    EXPECT_NE(p.lu.find("> 42.000000"), std::string::npos);
+    EXPECT_NE(p.lu.find("> 63.000000"), std::string::npos);
+  }
   unsetenv("DISPLAY");
-  Processus p = lance_orvane({"ID", "ini=env/initb.h"});
-  tape(p, "$ 2 * 21");
-  EXPECT_EQ(termine(p), 0);
-  EXPECT_NE(p.lu.find("Pas d'ecran graphique"), std::string::npos);
-  EXPECT_NE(p.lu.find("> 42.000000"), std::string::npos);
 }
 }  // namespace

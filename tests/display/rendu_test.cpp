@@ -138,15 +138,16 @@ TEST(Rendu, LumiereDeFaceEtA60Degres) {
   float amb = 0.04f * 255;
   EXPECT_NEAR(m.p(20, 20), amb + 0.7f * 255, 1.0);
   EXPECT_NEAR((m.p(60, 20) - amb) / (m.p(20, 20) - amb), 0.5, 0.01);
-  // Both sides: the face turned away is black under type 1 but lit
-  // under type -1, as its normal is turned toward the eye.
+  // Both sides lit, as OpenGL's two-sided model: seen from behind, the
+  // face's normal is turned toward the eye; type -1 keeps its material,
+  // type 1 takes OpenGL's default back material, diffuse 0.8.
   Vol d;
   b = d.carre(mx(5, 80), my(5, 40), mx(35, 80), my(35, 40), 0);
   d.faces({{b + 3, b + 2, b + 1, b}});
   d.nf = {0, 0, 1};
   d.v.zbu = 0;
   ASSERT_EQ(rendu_vol(d.pret(1)), 0);
-  EXPECT_NEAR(m.p(20, 20), amb, 1.0);
+  EXPECT_NEAR(m.p(20, 20), amb + 0.8 * 255, 1.0);
   ASSERT_EQ(rendu_vol(d.pret(-1)), 0);
   EXPECT_NEAR(m.p(20, 20), 255, 1.0);
   // Attenuation: the one value in all three terms, 1 / (a (1 + d + d^2)).
@@ -242,5 +243,251 @@ TEST(Rendu, OrdreIndifferentAvecTampon) {
     EXPECT_LT(diff, mode == 2 ? 3 : 60) << "mode " << mode;
     EXPECT_GT(m.couverts(), 3000);
   }
+}
+
+// Faces that must draw nothing, and the frame after them that must draw.
+TEST(Rendu, EntreesInvalidesEtTamponRetaille) {
+  Monde m(64, 48);
+  const float nan = std::nanf(""), inf = INFINITY;
+  Vol a;
+  int b = a.carre(mx(2, 64), my(2, 48), mx(10, 64), my(10, 48), 0);
+  a.som[3] = nan;
+  int c = a.carre(mx(12, 64), my(2, 48), mx(20, 64), my(10, 48), 0);
+  a.som[3 * c + 1] = inf;
+  int d = a.carre(mx(22, 64), my(2, 48), mx(30, 64), my(10, 48), 0);
+  int e = a.carre(mx(40, 64), my(20, 48), mx(50, 64), my(30, 48), 0);
+  // A zero-area face, faces naming missing vertices, and one good face.
+  a.faces({{b, b + 1, b + 2, b + 3}, {c, c + 1, c + 2, c + 3}, {d, d + 1, d + 1, d}, {d, 0, d + 2}, {d, d + 2, 99},
+           {e, e + 1, e + 2, e + 3}});
+  ASSERT_EQ(rendu_vol(a.pret()), 0);
+  EXPECT_EQ(m.couverts(), 100);
+  EXPECT_EQ(rendu_vol(a.pret(2)), 0);
+  EXPECT_EQ(rendu_vol(a.pret(0)), 0);
+  // Huge and crossing vertices in perspective: clipped, the window filled.
+  Monde p(50, 40, 13);
+  Vol g;
+  b = g.carre(-1e30f, -1e30f, 1e30f, 1e30f, 10);
+  g.faces({{b, b + 1, b + 2, b + 3}});
+  ASSERT_EQ(rendu_vol(g.pret()), 0);
+  EXPECT_EQ(p.couverts(), 50 * 40);
+  // A face through the eye's plane: only what is before the near plane.
+  Monde q(50, 40, 13);
+  Vol h;
+  h.som = {-300, 0, -2000, 300, 0, -2000, 0, 100, 500};
+  h.faces({{1, 2, 3}});
+  ASSERT_EQ(rendu_vol(h.pret(2)), 0);
+  int n = q.couverts();
+  EXPECT_GT(n, 0);
+  EXPECT_LT(n, 50 * 40);
+  // A resize between two frames: the buffer follows the window.
+  zb.mode = 1;
+  ASSERT_EQ(init_zbuf(1), 0);
+  EXPECT_EQ(zb.l, 50);
+  ASSERT_EQ(ima_ecran_retaille(81, 61), 0);
+  Monde r(81, 61, 63);
+  ASSERT_EQ(ima_ecran_retaille(83, 67), 0);
+  mot* im = ima_ecran();
+  std::fill(ima_octets(im), ima_octets(im) + 3 * 83 * 67, octet{7});
+  Vol k;
+  b = k.carre(mx(1, 83), my(1, 67), mx(82, 83), my(66, 67), 5);
+  k.faces({{b, b + 1, b + 2, b + 3}});
+  ASSERT_EQ(rendu_vol(k.pret()), 0);
+  EXPECT_EQ(zb.l, 83);
+  EXPECT_EQ(zb.h, 67);
+  EXPECT_NE(px(im, 81, 65, 0), 7);
+  EXPECT_EQ(px(im, 82, 65, 0), 7);
+}
+
+std::vector<std::vector<int>> cercle(Vol& a, int n, float cx, float cy, float r) {
+  std::vector<int> f;
+  int b = static_cast<int>(a.som.size() / 3) + 1;
+  for (int i = 0; i < n; ++i) {
+    double t = 2 * M_PI * i / n;
+    a.som.insert(a.som.end(), {static_cast<float>(cx + r * std::cos(t)), static_cast<float>(cy + r * std::sin(t)), 0});
+    a.nsom.insert(a.nsom.end(), {0, 0, -1});
+    f.push_back(b + i);
+  }
+  return {f};
+}
+
+TEST(Rendu, GrandesFacesLissesEtZoneDoublee) {
+  Monde m(64, 64);
+  Vol a;
+  a.faces(cercle(a, 257, 0, 0, 20));
+  std::string s = sortie_de([&] { EXPECT_EQ(rendu_vol(a.pret(2)), 0); });
+  EXPECT_EQ(s, "np = 257\nM0:105\n");
+  EXPECT_EQ(m.couverts(), 0);
+  // 256 vertices are drawn smooth, and 257 flat.
+  Vol b;
+  b.faces(cercle(b, 256, 0, 0, 20));
+  ASSERT_EQ(rendu_vol(b.pret(2)), 0);
+  int n = m.couverts();
+  EXPECT_NEAR(n, M_PI * 400, 60);
+  zb.mode = 0;
+  std::fill(ima_octets(m.im), ima_octets(m.im) + 3 * 64 * 64, octet{7});
+  ASSERT_EQ(rendu_vol(a.pret(-1)), 0);
+  EXPECT_EQ(m.couverts(), n);
+  // 3001 vertices: the workspace doubles, saying so, up to 3200 records.
+  Vol c;
+  c.faces(cercle(c, 3001, 0, 0, 25));
+  s = sortie_de([&] { EXPECT_EQ(rendu_vol(c.pret(1)), 0); });
+  EXPECT_NE(s.find("M0:18\n: 3200\n"), std::string::npos) << s;
+  EXPECT_GT(m.couverts(), n);
+}
+
+TEST(Rendu, FilEtPointsNumerotes) {
+  Monde m(64, 48);
+  Vol a;
+  int b = a.carre(mx(10.5f, 64), my(10.5f, 48), mx(40.5f, 64), my(30.5f, 48), 0);
+  a.faces({{b, b + 1, b + 2, b + 3}});
+  a.coul[0] = 0;
+  a.v.mode = 0;
+  ASSERT_EQ(rendu_vol(a.pret()), 0);
+  // The four sides, not the inside, in the volume's colour.
+  EXPECT_EQ(m.p(25, 10, 0), 0);
+  EXPECT_EQ(m.p(25, 10, 1), 255);
+  EXPECT_EQ(m.p(10, 20, 1), 255);
+  EXPECT_EQ(m.p(25, 20, 1), 7);
+  int n = m.couverts();
+  EXPECT_NEAR(n, 2 * (30 + 20), 6);
+  // Edges given: only those.
+  std::fill(ima_octets(m.im), ima_octets(m.im) + 3 * 64 * 48, octet{7});
+  std::vector<mot> ar = {6, BLOC_ENTIER, 1, 2, b, b + 2};
+  a.v.aretes = ar.data();
+  a.v.ne = 1;
+  ASSERT_EQ(rendu_vol(a.pret()), 0);
+  EXPECT_NEAR(m.couverts(), 31, 2);
+  // Points: a square of the default side 2 at each vertex; with numbers,
+  // more pixels beside them.
+  std::fill(ima_octets(m.im), ima_octets(m.im) + 3 * 64 * 48, octet{7});
+  a.v.mode = -9;
+  ASSERT_EQ(rendu_vol(a.pret()), 0);
+  EXPECT_EQ(m.couverts(), 4 * 4);
+  a.v.mode = -10;
+  ASSERT_EQ(rendu_vol(a.pret()), 0);
+  EXPECT_GT(m.couverts(), 4 * 4 + 4 * 5);
+  // The test pass draws nothing and gives the projected vertices.
+  std::fill(ima_octets(m.im), ima_octets(m.im) + 3 * 64 * 48, octet{7});
+  std::vector<float> proj(7 * 4, -1);
+  a.v.mode = -68;
+  a.v.proj = proj.data();
+  ASSERT_EQ(rendu_vol(a.pret()), 0);
+  EXPECT_EQ(m.couverts(), 0);
+  EXPECT_NEAR(proj[4], 10.5, 1e-3);
+  EXPECT_NEAR(proj[5], 10.5, 1e-3);
+  EXPECT_NEAR(proj[7 * 2 + 4], 40.5, 1e-3);
+}
+
+TEST(Rendu, TransparenceEtOrdreDesFaces) {
+  Monde m(40, 30);
+  lumiere(1, {0, 0, -1e7f});
+  Vol rouge;
+  int b = rouge.carre(mx(5, 40), my(5, 30), mx(25, 40), my(25, 30), 50);
+  rouge.faces({{b, b + 1, b + 2, b + 3}});
+  rouge.coul[1] = rouge.coul[2] = 0;
+  rouge.nf = {0, 0, -1};
+  Vol bleu;
+  b = bleu.carre(mx(15, 40), my(10, 30), mx(35, 40), my(20, 30), -50);
+  bleu.faces({{b, b + 1, b + 2, b + 3}});
+  bleu.coul[0] = bleu.coul[1] = 0;
+  bleu.nf = {0, 0, -1};
+  float amb = 0.04f * 255;
+  for (float t : {0.f, 0.0001f, 0.5f}) {
+    init_zbuf(1);
+    ASSERT_EQ(rendu_vol(rouge.pret()), 0);
+    bleu.illum[4] = t;
+    ASSERT_EQ(rendu_vol(bleu.pret()), 0);
+    EXPECT_NEAR(m.p(20, 15, 2), (1 - t) * 255 + t * amb, 1.0) << t;
+    EXPECT_NEAR(m.p(20, 15, 0), (1 - t) * amb + t * 255, 1.0) << t;
+  }
+  // Two transparent faces, the near one listed first: sorted, the far one
+  // shows through; unsorted, the buffer hides it.
+  for (bool tri : {true, false}) {
+    Monde m2(40, 30);
+    lumiere(1, {0, 0, -1e7f});
+    Vol d;
+    int p = d.carre(mx(5, 40), my(5, 30), mx(25, 40), my(25, 30), -50);
+    int q = d.carre(mx(15, 40), my(10, 30), mx(35, 40), my(20, 30), 50);
+    d.faces({{p, p + 1, p + 2, p + 3}, {q, q + 1, q + 2, q + 3}});
+    d.cfac.assign({12, BLOC_REEL, 2, 1, 3, 0, 0, 0, 3, 0, 0, 0});
+    d.cfac[5] = reel_mot(1.f);
+    d.cfac[11] = reel_mot(1.f);
+    d.nf = {0, 0, -1, 0, 0, -1};
+    d.illum[4] = 0.5f;
+    d.v.tri = tri;
+    d.v.zbu = 1;
+    ASSERT_EQ(rendu_vol(d.pret()), 0);
+    EXPECT_EQ(m2.p(20, 15, 2) > 60, tri) << tri;
+    EXPECT_GT(m2.p(20, 15, 0), 60);
+  }
+}
+
+TEST(Rendu, OeilPerspectiveRoulisParallele) {
+  Monde m(120, 80, 13);
+  float h = std::tan(57.75 / 2 * M_PI / 180) * 1000;
+  Vol a;
+  a.som = {0, -h, 0, 0, 0, 0, 100, 0, 0, 0, 0, -1500};
+  std::vector<float> proj(7 * 4);
+  a.v.proj = proj.data();
+  a.v.mode = -68;
+  ASSERT_EQ(rendu_vol(a.pret()), 0);
+  // foc 1: 57.75 degrees from the bottom to the top of the window; y down.
+  EXPECT_NEAR(proj[1], h, 1e-3);
+  EXPECT_NEAR(proj[5], 80, 1e-2);
+  EXPECT_NEAR(proj[7 + 4], 60, 1e-3);
+  EXPECT_NEAR(proj[7 + 5], 40, 1e-3);
+  EXPECT_NEAR(proj[14 + 4], 60 + 100 / h * 40, 1e-2);
+  EXPECT_NEAR(proj[14 + 6], (1 - 1.0 / 1000 * (100000 + 1) / (100000 - 1) + 1) / 2 + 0, 0.01);
+  // Behind the eye: w negative, stored as it is.
+  EXPECT_LT(proj[21 + 3], 0);
+  // A roll of 90 degrees turns the right of the picture upward or down.
+  oeil_courant.roul = static_cast<float>(M_PI / 2);
+  ASSERT_EQ(rendu_vol(a.pret()), 0);
+  EXPECT_NEAR(proj[14 + 4], 60, 1e-2);
+  EXPECT_NEAR(std::fabs(proj[14 + 5] - 40), 100 / h * 40, 1e-2);
+  // Parallel: a pixel per unit about the centre, y down.
+  oeil_courant = Oeil{};
+  oeil_courant.projection = 63;
+  ASSERT_EQ(rendu_vol(a.pret()), 0);
+  EXPECT_NEAR(proj[7 + 4], 60 * 120 / 119.f, 1e-3);
+  EXPECT_NEAR(proj[14 + 4] - proj[7 + 4], 100 * 120 / 119.f, 1e-3);
+  EXPECT_GT(proj[5], 80);
+}
+
+TEST(Rendu, ParPixelEtSpot) {
+  // A light close to a large quad: per pixel, the highlight between the
+  // vertices shows; per vertex it is lost.
+  int pic[2];
+  for (int k = 0; k < 2; ++k) {
+    Monde m(60, 60, 13);
+    lumiere(1, {0, 0, -200});
+    Vol a;
+    int b = a.carre(-400, 400, 400, -400, 0);
+    a.faces({{b, b + 1, b + 2, b + 3}});
+    a.nsom.assign(12, 0);
+    for (int i = 0; i < 4; ++i) a.nsom[3 * i + 2] = -1;
+    a.illum[1] = 0.1f;
+    a.illum[2] = 1;
+    a.illum[3] = 50;
+    ASSERT_EQ(rendu_vol(a.pret(k ? 3 : 2)), 0);
+    pic[k] = m.p(30, 30);
+  }
+  EXPECT_LT(pic[0], 60);
+  EXPECT_GT(pic[1], 250);
+  // A spot of 10 degrees toward the centre: a lit disc, dark around it.
+  // The direction goes to OpenGL negated on all three axes, so +z here
+  // aims away from the eye.
+  Monde m(60, 60, 13);
+  Objet* l = lumiere(1, {0, 0, -900});
+  float dir[3] = {0, 0, 1}, cone[2] = {0, static_cast<float>(10 * M_PI / 180)};
+  attribut_ecrit_1(l, 1, 10, dir, 3, 1);
+  attribut_ecrit_1(l, 1, 26, cone, 2, 1);
+  Vol a;
+  int b = a.carre(-400, 400, 400, -400, 0);
+  a.faces({{b, b + 1, b + 2, b + 3}});
+  a.nf = {0, 0, -1};
+  ASSERT_EQ(rendu_vol(a.pret(3)), 0);
+  EXPECT_GT(m.p(30, 30), 200);
+  EXPECT_LT(m.p(2, 2), 20);
 }
 }  // namespace

@@ -1,0 +1,100 @@
+// A line typed at a terminal while the window animates: orvane on a
+// pseudo-terminal (its line editor on), the mouse tool redrawing at every
+// frame on an Xvfb server, and the window's pixels read from the server
+// while the line is half typed.
+#include <pty.h>
+
+#include <set>
+
+#include "outils_fenetre.h"
+// After gtest (in the helpers): Xlib's macros would break its names.
+#include <X11/Xutil.h>
+
+namespace {
+struct Terminal {
+  pid_t pid = -1;
+  int maitre = -1;
+  std::string lu;
+  Terminal() {
+    pid = forkpty(&maitre, nullptr, nullptr, nullptr);
+    if (pid == 0) {
+      if (chdir(ORVANE_SOURCE) != 0) _exit(127);
+      setenv("TERM", "dumb", 1);
+      execl(ORVANE_BIN, ORVANE_BIN, "ID", "ini=env/initb.h", "x=320", "y=240", "uti=tests/display/fixtures",
+            static_cast<char*>(nullptr));
+      _exit(127);
+    }
+  }
+  ~Terminal() {
+    if (pid > 0) {
+      kill(pid, SIGKILL);
+      waitpid(pid, nullptr, 0);
+    }
+    if (maitre >= 0) close(maitre);
+  }
+  void ecrit(const std::string& s) { (void)!write(maitre, s.data(), s.size()); }
+  bool attend(const std::string& texte, int ms = 5000) {
+    auto fin = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    while (lu.find(texte) == std::string::npos) {
+      auto reste = std::chrono::duration_cast<std::chrono::milliseconds>(fin - std::chrono::steady_clock::now());
+      if (reste.count() <= 0) return false;
+      pollfd f{maitre, POLLIN, 0};
+      if (poll(&f, 1, static_cast<int>(reste.count())) <= 0) return false;
+      char buf[4096];
+      ssize_t n = read(maitre, buf, sizeof buf);
+      if (n <= 0) return false;
+      lu.append(buf, static_cast<std::size_t>(n));
+    }
+    return true;
+  }
+};
+
+// Red of the window's pixel at x, y (from the top), read from the server.
+int rouge(Display* d, Window w, int x, int y) {
+  XImage* im = XGetImage(d, w, x, y, 1, 1, AllPlanes, ZPixmap);
+  if (!im) return -1;
+  unsigned long p = XGetPixel(im, 0, 0), masque = im->red_mask;
+  XDestroyImage(im);
+  return static_cast<int>((p & masque) >> 16);
+}
+
+TEST(Terminal, LaFenetreBougePendantLaFrappe) {
+  Xvfb x;
+  ASSERT_FALSE(x.ecran.empty());
+  Terminal t;
+  ASSERT_GT(t.pid, 0);
+  std::string id = xdo("search --sync --name '^orvane$'");
+  ASSERT_FALSE(id.empty());
+  Window w = std::strtoul(id.c_str(), nullptr, 10);
+  ASSERT_TRUE(t.attend("empilements"));
+  Display* d = XOpenDisplay(nullptr);
+  ASSERT_NE(d, nullptr);
+  t.ecrit("sou(\"degrade\")\r");
+  dort(300);
+  // Half a line, typed one key at a time as a person would.
+  for (char c : std::string("x = 42"))
+    t.ecrit(std::string(1, c)), dort(30);
+  std::set<int> vus;
+  for (int k = 0; k < 12; ++k) {
+    vus.insert(rouge(d, w, 20, 20));
+    dort(37);
+  }
+  EXPECT_EQ(vus.count(-1), 0u);
+  // A frame every few milliseconds: a dozen reads see many pictures.
+  EXPECT_GE(vus.size(), 6u);
+  // Not run yet: the line is not finished.
+  EXPECT_EQ(t.lu.find("4217"), std::string::npos);
+  t.ecrit("17\r");
+  t.ecrit("$ x + 1\r");
+  EXPECT_TRUE(t.attend("4218.000000"));
+  // Still animating after the line ran.
+  vus.clear();
+  for (int k = 0; k < 6; ++k) {
+    vus.insert(rouge(d, w, 20, 20));
+    dort(37);
+  }
+  EXPECT_GE(vus.size(), 3u);
+  XCloseDisplay(d);
+  if (HasFailure()) std::fprintf(stderr, "---- terminal\n%s\n----\n", t.lu.c_str());
+}
+}  // namespace
