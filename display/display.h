@@ -130,5 +130,9 @@ int image_ecran_taille(int w, int h);
 bool console_pas();
 void console_fin();  // gives the terminal back to the console's own mode
 
+// The command aff and the eye's commands; registered at start-up, since
+// they draw into the working image with or without a window.
+void aff_enregistre();
+
 // Language handlers; registered when the window opens.
 void commandes_fenetre_enregistre();

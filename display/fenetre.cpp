@@ -149,7 +149,8 @@ bool plein_ecran(bool demande) {
 
 void fenetre_enregistre() {
   entree_fenetre = entree;
-  // The renderer's keys work without a window too.
+  // aff, the eye and the renderer's keys work without a window too.
+  aff_enregistre();
   rendu_enregistre();
 }
 

@@ -59,6 +59,7 @@ fond	fond: efface le fond; valeurs: couleur du fond
 fondu	fondu: fondu d'images de fond
 for	for(x,y,z): force (aussi: force)
 forme	forme: volume a normales particulieres
+fui	fui(f): terme de fuite de la projection logicielle
 fusion	fusion: fusion de volumes
 gl	gl: affichage par OpenGL
 gra	gra: 1 avec fenetre graphique
@@ -77,6 +78,7 @@ joi	joi: joint; angle en radians
 lead	lead(b,s): volume porteur; serveur d'un peripherique
 lecture	lecture: lecture d'une sequence d'images
 loi	loi: loi de temps d'une trajectoire
+loin	loin(l): plan lointain de l'oeil (l > proche)
 lum	lum(n): lumiere (aussi: lumiere)
 maille	maille: maillage
 marge	marge(m): un volume hors de l'ecran agrandi de m n'est pas dessine
@@ -107,6 +109,7 @@ pinceau	pinceau: outil de peinture
 plie	plie: pliage
 police	police: police de caracteres
 pre	pre: listes de ressorts
+proche	proche(p): plan proche de l'oeil (p > 0)
 proj	proj: sommets projetes; perspective (aussi: pers)
 propage	propage: propagation apres la dynamique; pas negatif
 rapide	rapide: affichage rapide en fil de fer

@@ -358,3 +358,9 @@
 0 0 0 0 .
 |170: tore Tore
 0 0 0 0 .
+|171: proche Plan_proche
+0 0 0 0 1
+|172: loin Plan_lointain
+0 0 0 0 100000
+|173: fui Fuite
+0 0 0 0 1000

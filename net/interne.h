@@ -9,10 +9,10 @@
 #include "net/net.h"
 
 // Messages of env 1.
-constexpr int MES_RES_VAINQUEUR = 110;  // "Pas de vainqueur pour motif"
-constexpr int MES_RES_COURBE = 111;     // a rate curve that is no function
-constexpr int MES_RES_NEURONE = 112;    // a neuron number outside the network
-constexpr int MES_RES_NAN = 113;        // a value that is no number
+constexpr int MES_RES_VAINQUEUR = 112;  // "Pas de vainqueur pour motif"
+constexpr int MES_RES_COURBE = 113;     // a rate curve that is no function
+constexpr int MES_RES_NEURONE = 114;    // a neuron number outside the network
+constexpr int MES_RES_NAN = 115;        // a value that is no number
 // Keywords.
 constexpr int RB_FAC = 15, RB_SORTIE = 26, RB_MOTIF = 27, RB_COE = 42, RB_VOISIN = 46, RB_NB = 47,
               RB_ALE = 59, RB_MAS = 112, RB_NEU = 162, RB_INTERACTION = 85;
