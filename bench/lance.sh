@@ -22,3 +22,4 @@ $py bench/images.py build/bench/bench_image
 # its own.
 bash tests/display/sous_xvfb.sh python3 bench/fenetre.py build/orvane
 bash bench/rendu.sh
+build/bench/bench_fft

@@ -5,7 +5,7 @@ set -e
 paquets=(g++ cmake make libgtest-dev libmimalloc-dev libjpeg62-turbo-dev libpng-dev lua5.4 python3 python3-numpy
          python3-pil imagemagick hyperfine
          freeglut3-dev libgl-dev libglu1-mesa-dev libx11-dev libreadline-dev libgl1-mesa-dri
-         xvfb xauth xdotool python3-sklearn libfann-dev)
+         xvfb xauth xdotool libasound2-dev libfftw3-dev python3-sklearn libfann-dev)
 manque=()
 for p in "${paquets[@]}"; do
   dpkg -s "$p" >/dev/null 2>&1 || manque+=("$p")
