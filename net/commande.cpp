@@ -48,11 +48,13 @@ struct Lu {
   bool apprendre = false;
 };
 
-int lit(mot* bloc, Lu* l) {
+// Elements before `saute` belong to another command (interaction).
+int lit(mot* bloc, Lu* l, int saute = 0) {
   OptionsRes& o = l->opt;
   mot* e = bloc + 4;
   std::vector<float> x;
-  for (mot k = 0; k < bloc[2]; ++k, e += e[0]) {
+  for (mot k = 0; k < saute && k < bloc[2]; ++k) e += e[0];
+  for (mot k = saute; k < bloc[2]; ++k, e += e[0]) {
     const int env = e[1], ord = e[2];
     mot* a = arg(e);
     const bool v = res_reels(a, &x);
@@ -61,7 +63,7 @@ int lit(mot* bloc, Lu* l) {
     if (env == 1) {
       switch (ord) {
         case B_RES:
-          if (k == 0) l->premier_res = true;
+          if (k == saute) l->premier_res = true;
           l->ids = a;
           break;
         case RB_SORTIE: o.sortie = x; break;
@@ -243,6 +245,16 @@ int cree_carte(mot* bloc) {
   return 0;
 }
 }  // namespace
+
+int res_phrase(mot* bloc, int saute, OptionsRes* o, std::vector<Objet*>* nets) {
+  Lu l;
+  int r = lit(bloc, &l, saute);
+  if (r != 0) return r;
+  if (!l.premier_res) return 1;
+  *o = l.opt;
+  *nets = objets(l.ids);
+  return 0;
+}
 
 int res_commande(mot* bloc, mot* valeur, const mot* limite) {
   if (valeur) return ecrit_liste(bloc, valeur, limite);

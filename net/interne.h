@@ -43,6 +43,11 @@ struct OptionsRes {
   std::vector<int> ordre_chaine;
 };
 
+// The options of a `res` phrase whose elements from `saute` on start with
+// res(...): 0 with the networks named, 1 when the phrase is another's, -1
+// after a message.
+int res_phrase(mot* bloc, int saute, OptionsRes* o, std::vector<Objet*>* nets);
+
 // The object's name in messages: "res(3) ".
 void res_nomme(const Objet* o);
 // "fac res(3) " then message 0:9: a missing attribute.
