@@ -402,8 +402,8 @@ int executer(mot* code, mot* resultat) {
         }
       }
     } else if (w == IT_OP) {
-      suite = interp.raccourcis && forme_ajout(p) ? ajout_en_place(p, resultat) : nullptr;
-      if (!suite) suite = evaluer_groupe(p, resultat, &etat);
+      interp.instruction = p;
+      suite = evaluer_groupe(p, resultat, &etat);
     } else if (w == IT_MOT) {
       suite = construire_phrase(p, resultat);
       if (suite) {

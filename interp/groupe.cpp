@@ -211,6 +211,9 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
       // a scalar is stored in place. (a op b) on scalars needs no walk.
       mot* q;
       if (binaire_scalaire(p + 6, base)) q = p + 14;
+      else if (item == interp.instruction && interp.raccourcis && forme_ajout(item) &&
+               (q = ajout_en_place(item, base)))
+        return q;  // s = s, t as a whole statement: appended in place
       else q = evaluer_groupe(p + 4, base, etat);
       if (!q || *etat == 2) return q;
       if (q[0] == IT_OP && q[1] == ')' && est_scalaire(base)) {

@@ -90,6 +90,7 @@ struct Interp {
   // can compare the two on the same program.
   bool raccourcis = true;
   unsigned long passes = 0;  // statements and tests walked, by every run
+  const mot* instruction = nullptr;  // the group that the statement walker runs
 };
 extern Interp interp;
 
