@@ -7,6 +7,7 @@ python3 bench/demarrage.py build/orvane
 build/bench/bench_bloc
 build/bench/bench_objet
 build/bench/bench_compile
+build/bench/bench_res
 # numpy may live only with the system's python.
 py=python3
 $py -c 'import numpy' 2>/dev/null || py=/usr/bin/python3

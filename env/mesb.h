@@ -115,10 +115,10 @@
 |109:?\n
 |110:Oeil illegal: il faut foc > 0, 0 < proche < loin, l'oeil hors du point vise et des valeurs finies\7\n
 |111:Sommet non fini, volume non affiche\7\n
-|112:?\n
-|113:?\n
-|114:?\n
-|115:?\n
+|112:Pas de vainqueur pour motif\7\n
+|113:Courbe du coefficient: les abscisses doivent croitre\7\n
+|114:Numero de neurone illegal\7\n
+|115:Valeur non numerique\7\n
 |116:?\n
 |117:?\n
 |118:?\n

@@ -9,6 +9,7 @@
 #include "image/image.h"
 #include "interp/commande_interne.h"
 #include "interp/fonctions_interne.h"
+#include "net/net.h"
 #include "startup/startup.h"
 
 namespace {
@@ -57,6 +58,21 @@ int generer_seul(mot* bloc, mot* valeur, const mot* limite) {
   return premier_element(bloc)[0] > 3 ? interne(bloc, valeur, limite) : generer(bloc, valeur, limite);
 }
 
+// The network command takes the phrases that train, recall or search; the
+// others create the network or reach its attributes.
+// Behind another object (vol(2) res), the phrase is an attribute's:
+// creation would hand it back here.
+int res_ou_creation(mot* bloc, mot* valeur, const mot* limite) {
+  int r = res_commande(bloc, valeur, limite);
+  if (r != COMMANDE_SUITE) return r;
+  mot* e = premier_element(bloc);
+  return e[1] == 1 && e[2] == B_RES ? creation(bloc, valeur, limite) : attribut(bloc, valeur, limite);
+}
+int interaction_res(mot* bloc, mot* valeur, const mot* limite) {
+  int r = res_interaction(bloc, valeur, limite);
+  return r == COMMANDE_SUITE ? non_implemente(bloc, valeur, limite) : r;
+}
+
 // List "a". Ordinals handled by the statement level never reach here.
 constexpr Table table_a = [] {
   Table t{};
@@ -84,7 +100,7 @@ constexpr Table table_a = [] {
 constexpr Table table_b = [] {
   Table t{};
   t.fill(attribut);
-  pose(t, {4, 24, 49, 88, 114, 117, 118, 122, 133, 161}, creation);
+  pose(t, {4, 24, 49, 88, 114, 117, 118, 122, 133}, creation);
   pose(t, {B_NORMALE, B_PARAM, B_DYN}, configuration_seul);
   // Images, display, dynamics, devices, tools and the other handlers of
   // their own: their folders come later.
@@ -97,6 +113,9 @@ constexpr Table table_b = [] {
        non_implemente);
   // Images.
   pose(t, {B_IMA}, ima_commande);
+  // Networks, and their training on screen.
+  pose(t, {B_RES}, res_ou_creation);
+  pose(t, {85}, interaction_res);
   // Geometry.
   pose(t, {B_DEP, B_DEP2, B_ROTX, B_ROTY, B_ROTZ, B_HOM, B_HOMX, B_HOMY, B_HOMZ, B_HOMO, B_SECX, B_SECY, B_SECZ,
            B_SYMX, B_SYMY, B_SYMZ, B_SYM, B_TORD, B_PLIE, B_EFFILE, B_TIRER},

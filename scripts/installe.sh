@@ -5,7 +5,7 @@ set -e
 paquets=(g++ cmake make libgtest-dev libmimalloc-dev libjpeg62-turbo-dev libpng-dev zlib1g-dev lua5.4 luajit valgrind python3 python3-numpy
          python3-pil imagemagick hyperfine
          freeglut3-dev libgl-dev libglu1-mesa-dev libx11-dev libreadline-dev libgl1-mesa-dri
-         xvfb xauth xdotool libfftw3-dev
+         xvfb xauth xdotool libfftw3-dev python3-sklearn libfann-dev
          libasound2-dev liblo-dev liblo-tools socat pkg-config)
 manque=()
 for p in "${paquets[@]}"; do
