@@ -2,12 +2,14 @@
 // of the shell for ever. The end of the console's input ends the program
 // with status 0; a restart from the interruption menu comes back here by
 // return codes.
+#include "device/device.h"
 #include "display/display.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
 
 int main(int argc, char** argv) {
   fenetre_enregistre();
+  audio_enregistre();
   demarrer(argc, argv);
   interruption_installe();
   interp_init();
