@@ -77,6 +77,9 @@ extern char* base;
 bool init();  // idempotent; false if the reservation failed
 void* alloue(std::size_t octets);
 void libere(void* p);
+// Bytes that an allocation can hold, at least those asked for: a block may
+// grow in place up to them (a string appended to, say).
+std::size_t capacite(const void* p);
 }  // namespace tas
 
 inline void* mot_vers_ptr(mot w) {

@@ -131,6 +131,9 @@ void libere(void* p) {
   ++quar.nb;
   quar.octets += total;
 }
+std::size_t capacite(const void* p) {
+  return lit_entete(static_cast<char*>(const_cast<void*>(p)) - GARDE).taille;
+}
 #else
 void* alloue(std::size_t octets) {
   if (!tas_heap && !init()) return nullptr;
@@ -138,5 +141,7 @@ void* alloue(std::size_t octets) {
 }
 
 void libere(void* p) { mi_free(p); }
+
+std::size_t capacite(const void* p) { return mi_usable_size(p); }
 #endif
 }  // namespace tas

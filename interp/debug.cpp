@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "interp/interne.h"
@@ -12,6 +13,7 @@ Debug debug;
 void interp_init() {
   char ici;
   interp.pile_c_base = &ici;
+  interp.raccourcis = std::getenv("ORVANE_LENT") == nullptr;
   rlimit r{};
   long taille = 8L << 20;
   if (getrlimit(RLIMIT_STACK, &r) == 0 && r.rlim_cur != RLIM_INFINITY) taille = static_cast<long>(r.rlim_cur);

@@ -216,28 +216,53 @@ int executer(mot* code, mot* resultat) {
   piles.eva_haut = resultat;
   Boucles boucles;
   mot* const pas = etats[0] ? etats[0] + A_PAS : nullptr;
+  static const mot zero = 0;
+  const mot* const pas_lu = pas ? pas : &zero;
+  // The interrupt, the restart, the step mode and the debug options, read
+  // together: anything but 0 sends the statement to the slow checks.
+  const int lent = !interp.raccourcis;
+  auto attention = [pas_lu, lent] { return interrompu | reprise_demandee | debug.drapeau | (*pas_lu == 1) | lent; };
   if (p[0] > 0 && p[1] == IT_NOM) p += p[0];
   for (;;) {
     // Separators and line marks are passed over first, so that the checks
     // below run once per statement.
     for (;; p += 2) {
       if (p[0] == IT_LIGNE) {
-        if (!pas || *pas != 2) interp.ligne = p[1];
+        if (*pas_lu != 2) interp.ligne = p[1];
         continue;
+      }
+      if (p[0] == IT_SAUT && p[1] < 0 && !attention()) {
+        // The jump back onto a counting pour runs its step and test at
+        // once. The word above is read at each turn, so that an empty body
+        // still stops on Ctrl-C; with any of its flags up the jump and the
+        // head are walked as two items, as the step mode and the item
+        // listing show them.
+        mot* h = p + p[1];
+        if (h[0] > 0 && h[1] == IT_POUR) {
+          mot* suite = pour_test(h, boucles, true);
+          if (!suite) {
+            rapporte(ECHEC);
+            return ECHEC;
+          }
+          p = suite - 2;
+          continue;
+        }
+        break;
       }
       if (p[0] != IT_OP) break;
       mot op = p[1];
       if (op != ';' && op != OP_NOP && op != OP_DEBUT && op != OP_FIN && op != '{' && op != '}') break;
     }
-    // The interrupt and the restart are seen at every statement.
-    if (__builtin_expect(interrompu | reprise_demandee, 0)) {
-      if (interrompu) menu_interruption();
-      if (reprise_demandee) return ECHEC;
+    if (__builtin_expect(attention(), 0)) {
+      // The interrupt and the restart are seen at every statement.
+      if (interrompu | reprise_demandee) {
+        if (interrompu) menu_interruption();
+        if (reprise_demandee) return ECHEC;
+      }
+      if (*pas_lu == 1 && pas_a_pas(code, p) < 0) return ECHEC;
+      if (debug.drapeau != 0 && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
     }
-    if (__builtin_expect(pas && *pas == 1, 0)) {
-      if (pas_a_pas(code, p) < 0) return ECHEC;
-    }
-    if (__builtin_expect(debug.drapeau != 0, 0) && debug_option(0, A_LISTE_ITEMS)) lister_item(code, p);
+    ++interp.passes;
     mot w = p[0];
     mot* suite;
     if (w == IT_SAUT) {
@@ -272,7 +297,7 @@ int executer(mot* code, mot* resultat) {
           p += p[1];
           continue;
         case IT_LIGNE:
-          if (!pas || *pas != 2) interp.ligne = p[1];
+          if (*pas_lu != 2) interp.ligne = p[1];
           p += 2;
           continue;
         case IT_FIN:
@@ -377,6 +402,7 @@ int executer(mot* code, mot* resultat) {
         }
       }
     } else if (w == IT_OP) {
+      interp.instruction = p;
       suite = evaluer_groupe(p, resultat, &etat);
     } else if (w == IT_MOT) {
       suite = construire_phrase(p, resultat);

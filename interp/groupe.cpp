@@ -60,8 +60,11 @@ TOUJOURS_EN_LIGNE mot* appel(mot* p, mot* haut, int* etat) {
   mot k = 0;
   for (; k < argc; ++k) {
     if (p[0] != IT_OP || !ouvrant(p[1])) break;
-    if (p[1] == '(' && binaire_scalaire(p + 2, q)) {
-      p += 10;
+    float x;
+    if (const mot* f = p[1] == '(' ? expression_scalaire(p, &x, true) : nullptr; f && place(q, 5)) {
+      // An argument's view is read at once: a plain value is the same.
+      ecrit_scalaire(q, x);
+      p = const_cast<mot*>(f);
       q += 5;
       continue;
     }
@@ -145,6 +148,27 @@ inline mot* droite_de_cible_indexee(mot* p) {
   return e[-2] == IT_OP && e[-1] == ')' && e[0] == IT_OP && e[1] == ')' ? d : nullptr;
 }
 
+// ((V[A]) = (...)) or a compound assignment, the right side a scalar
+// expression: the element is written in place, and the value left is the
+// element's new value, as on the general way. Null, with nothing done, when
+// the shapes or values are not those.
+mot* affecte_element(mot* p, mot* base) {
+  if (!forme_element(p) || p[12] != IT_OP || fermant(p[13]) || p[14] != IT_OP || p[15] != '(') return nullptr;
+  mot op = p[13], c = 0;
+  if (op != '=' && !(c = operateur_compose(op))) return nullptr;
+  float v, r;
+  const mot* q = expression_scalaire(p + 14, &v, true);
+  if (!q || q[0] != IT_OP || q[1] != ')') return nullptr;
+  reel* e = element_direct(p, true);
+  if (!e || !place(base, 5)) return nullptr;
+  r = v;
+  if (c && !calcul_scalaire(c, *e, v, &r)) return nullptr;
+  *e = r;
+  ecrit_scalaire(base, r);
+  piles.eva_haut = base + 5;
+  return const_cast<mot*>(q + 2);
+}
+
 // Writing through an index, the right side runs first, then the target is
 // indexed: the view then looks at the block that the variable holds after
 // whatever the right side did to it (a call may well have replaced it).
@@ -187,6 +211,9 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
       // a scalar is stored in place. (a op b) on scalars needs no walk.
       mot* q;
       if (binaire_scalaire(p + 6, base)) q = p + 14;
+      else if (item == interp.instruction && interp.raccourcis && forme_ajout(item) &&
+               (q = ajout_en_place(item, base)))
+        return q;  // s = s, t as a whole statement: appended in place
       else q = evaluer_groupe(p + 4, base, etat);
       if (!q || *etat == 2) return q;
       if (q[0] == IT_OP && q[1] == ')' && est_scalaire(base)) {
@@ -219,6 +246,13 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
     }
   }
   else if (ouvre == '(' && p[0] == IT_OP && p[1] == '(') {
+    if (mot* f = affecte_element(p, base)) return f;
+    float x;
+    if (const mot* f = expression_scalaire(item, &x, false); f && place(base, 5)) {
+      ecrit_scalaire(base, x);
+      piles.eva_haut = base + 5;
+      return const_cast<mot*>(f);
+    }
     if (mot* droite = droite_de_cible_indexee(p)) return affecte_indexee(p, droite, base, etat);
   }
   else if (ouvre == '(' && p[0] > 0 && (p[1] == BLOC_OBJET || p[1] == BLOC_NOM)) {
@@ -260,6 +294,16 @@ mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat) {
         case IT_OP: {
           mot op = p[1];
           if (op == '(' || op == '[' || op == '{') {
+            if (op == '(' && forme_element(p) && lit_seulement(p + 12) && place(haut, 5)) {
+              // An element only read is its value.
+              if (const reel* e = element_direct(p, false)) {
+                ecrit_scalaire(haut, *e);
+                haut += 5;
+                piles.eva_haut = haut;
+                p += 12;
+                continue;
+              }
+            }
             mot* q = evaluer_groupe(p, haut, etat);
             if (!q) return nullptr;
             if (*etat == 2) {

@@ -132,6 +132,65 @@ TOUJOURS_EN_LIGNE bool calcul_scalaire(mot op, float a, float b, float* r) {
   return false;
 }
 
+// ---- one element of a float vector, without a view ---------------------------
+// ( V [ A ] ), twelve words, where V holds a float block and A stands for a
+// whole number within its floats: the element's address. The general
+// way builds a ramp and a view of the one element, then reads or writes
+// through the view; this reaches the same float. Anything else (a
+// string, several indices, an index out of range or not whole, a local that
+// does not own its block when writing) gives null and takes the general
+// way, which says what is wrong. Like the general way, the index counts
+// the floats of the block whatever its rows and columns.
+//
+// Reading the element at once is what the general way does too: a view
+// that an operator only reads becomes its value as soon as its group
+// closes, before the operand on its right runs. So `x[0] + (x[0] = 5)` adds
+// the old x[0] and 5 on both ways, and the element is never read late.
+// The words are read in order, each only once those before it showed that
+// the group goes on that far: a code run may end right behind a group.
+TOUJOURS_EN_LIGNE bool forme_element(const mot* g) {
+  return g[0] == IT_OP && g[1] == '(' && (g[2] == IT_LOCAL || g[2] == IT_GLOBAL || g[2] == IT_STATIQUE) &&
+         g[4] == IT_OP && g[5] == '[' &&
+         (g[6] == IT_REEL || g[6] == IT_LOCAL || g[6] == IT_GLOBAL || g[6] == IT_STATIQUE) && g[8] == IT_OP &&
+         g[9] == ']' && g[10] == IT_OP && g[11] == ')';
+}
+TOUJOURS_EN_LIGNE reel* element_direct(const mot* g, bool ecriture) {
+  if (!interp.raccourcis || !forme_element(g)) return nullptr;
+  const Objet* o;
+  switch (g[2]) {
+    case IT_LOCAL:
+      if (!cadre.locaux) return nullptr;
+      o = cadre.locaux + g[3];
+      if (o->type != OBJ_LOCAL || (ecriture && !o->f1)) return nullptr;
+      break;
+    case IT_GLOBAL:
+    case IT_STATIQUE:
+      o = static_cast<const Objet*>(mot_vers_ptr(g[3]));
+      break;
+    default:
+      return nullptr;
+  }
+  mot* b = o->donnees;
+  float i;
+  if (!b || b[0] <= 4 || b[1] != BLOC_REEL || !scalaire_item(g + 6, &i)) return nullptr;
+  if (!(i >= 0.0f && i < static_cast<float>(b[0] - 4))) return nullptr;
+  mot k = static_cast<mot>(i);
+  if (static_cast<float>(k) != i) return nullptr;
+  return reels(b + 4) + k;
+}
+
+// An operand of a scalar expression: a scalar item (two words) or an
+// element group (twelve); its length, or 0.
+TOUJOURS_EN_LIGNE int operande_scalaire(const mot* p, float* x) {
+  if (p[0] == IT_OP) {
+    const reel* e = element_direct(p, false);
+    if (!e) return 0;
+    *x = *e;
+    return 12;
+  }
+  return p[0] < 0 && scalaire_item(p, x) ? 2 : 0;
+}
+
 // Words copied between places that may overlap; short runs without a call.
 inline void copie_mots(mot* dst, const mot* src, mot n) {
   if (n <= 8 && (dst <= src || dst >= src + n)) {
@@ -165,4 +224,46 @@ inline mot mot_retour() {
     m = ptr_vers_mot(mot_entree(0, A_RETOUR));
   }
   return m;
+}
+
+// (A) or (A op B), A and B operands as above: a group that reads and writes
+// nothing else, its value, and the item behind it; null when it is not that
+// shape or the operator has a failure to report. A lone element, ((V[A])),
+// is a view on the general way; it is taken only where that view would be
+// read at once (seul_element).
+TOUJOURS_EN_LIGNE const mot* expression_scalaire(const mot* g, float* r, bool seul_element) {
+  if (g[0] != IT_OP || g[1] != '(') return nullptr;
+  // The shape first, from the items' kinds alone; then the values.
+  auto forme = [](const mot* p) {
+    if (p[0] == IT_REEL || p[0] == IT_LOCAL || p[0] == IT_GLOBAL || p[0] == IT_STATIQUE) return 2;
+    return forme_element(p) ? 12 : 0;
+  };
+  const mot* p = g + 2;
+  const int na = forme(p);
+  if (!na) return nullptr;
+  const mot* o = p + na;
+  if (o[0] != IT_OP) return nullptr;
+  float a, b;
+  if (o[1] == ')') {
+    if (na != 2 && !seul_element) return nullptr;
+    if (!operande_scalaire(p, &a)) return nullptr;
+    *r = a;
+    return o + 2;
+  }
+  if (ouvrant(o[1]) || fermant(o[1])) return nullptr;
+  const int nb = forme(o + 2);
+  if (!nb) return nullptr;
+  const mot* f = o + 2 + nb;
+  if (f[0] != IT_OP || f[1] != ')' || !operande_scalaire(p, &a) || !operande_scalaire(o + 2, &b) ||
+      !calcul_scalaire(o[1], a, b, r))
+    return nullptr;
+  return f + 2;
+}
+
+// s = s, t as a statement on strings: t appended in s's own block; the next
+// item, or null with nothing done when that is not the shape or the values.
+mot* ajout_en_place(mot* p, mot* resultat);
+TOUJOURS_EN_LIGNE bool forme_ajout(const mot* p) {
+  return p[2] < 0 && p[4] == IT_OP && p[5] == '=' && p[6] == IT_OP && p[7] == '(' && p[8] == p[2] &&
+         p[9] == p[3] && p[10] == IT_OP && p[11] == ',';
 }

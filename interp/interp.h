@@ -85,6 +85,12 @@ struct Interp {
   // instead of overflowing it.
   char* pile_c_base = nullptr;
   long pile_c_budget = 0;
+  // The direct ways for scalars and single elements; with ORVANE_LENT set in
+  // the environment every statement takes the general way, so that tests
+  // can compare the two on the same program.
+  bool raccourcis = true;
+  unsigned long passes = 0;  // statements and tests walked, by every run
+  const mot* instruction = nullptr;  // the group that the statement walker runs
 };
 extern Interp interp;
 

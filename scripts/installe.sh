@@ -2,7 +2,7 @@
 # Installs what orvane needs to build and test on Debian: apt-get, through
 # sudo when not root, and only for the packages that are missing.
 set -e
-paquets=(g++ cmake make libgtest-dev libmimalloc-dev libjpeg62-turbo-dev libpng-dev lua5.4 python3 python3-numpy
+paquets=(g++ cmake make libgtest-dev libmimalloc-dev libjpeg62-turbo-dev libpng-dev lua5.4 luajit valgrind python3 python3-numpy
          python3-pil imagemagick hyperfine
          freeglut3-dev libgl-dev libglu1-mesa-dev libx11-dev libreadline-dev libgl1-mesa-dri
          xvfb xauth xdotool libasound2-dev libfftw3-dev)

@@ -46,6 +46,30 @@ TEST(InterruptionBoucle, PauseRunsOneLineThenRestarts) {
   EXPECT_EQ(termine(p), 0);
 }
 
+// The direct ways: a counting loop whose body writes an element, and one
+// whose body is empty, still look at the flag at every turn.
+TEST(InterruptionBoucle, TightLoopsOfTheDirectWaysStop) {
+  Processus p = boucle_lancee("x = vecteur(7); pour (i = 1, 1e9) x[3] = x[3] + 1");
+  tape(p, "0");
+  ASSERT_TRUE(attend(p, "Abandon"));
+  p.lu.clear();
+  tape(p, "$ x[3] > 1000");
+  tape(p, "$ x[2] - 0.5");
+  tape(p, "$ i >= x[3]");
+  EXPECT_TRUE(attend(p, "1.000000 \n> -0.500000 \n> 1.000000"));
+  p.lu.clear();
+  tape(p, "pour (k = 1, 1e9) ;");
+  usleep(200000);
+  kill(p.pid, SIGINT);
+  ASSERT_TRUE(attend(p, "Interruption"));
+  tape(p, "0");
+  ASSERT_TRUE(attend(p, "Abandon"));
+  p.lu.clear();
+  tape(p, "$ k > 1000");
+  EXPECT_TRUE(attend(p, "1.000000"));
+  EXPECT_EQ(termine(p), 0);
+}
+
 TEST(InterruptionBoucle, DeepRecursionUnwinds) {
   Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h", "uti=tests/transcripts/fixtures/fonctions"});
   ASSERT_TRUE(attend(p, "empilements"));

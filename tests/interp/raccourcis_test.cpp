@@ -1,0 +1,141 @@
+// The direct ways for scalars and single elements against the general way
+// (ORVANE_LENT set): the same values, the same messages and the same state
+// after a failure, on random sizes, indices and values.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <random>
+#include <string>
+#include <thread>
+
+#include "../outils/processus.h"
+
+namespace {
+// The whole output of a console text, on the direct or the general way.
+std::string sortie(const std::string& entree, bool lent, const std::string& uti = "") {
+  if (lent) setenv("ORVANE_LENT", "1", 1);
+  std::vector<std::string> args = {"gra=0", "ID", "ini=env/initb.h"};
+  if (!uti.empty()) args.push_back("uti=" + uti);
+  Processus p = lance_orvane(args);
+  unsetenv("ORVANE_LENT");
+  std::thread ecrivain([&] {
+    (void)!write(p.entree, entree.data(), entree.size());
+    close(p.entree);
+  });
+  bool fini = attend(p, "##FIN", 60000);
+  ecrivain.join();
+  p.entree = -1;
+  if (!fini) kill(p.pid, SIGKILL);
+  EXPECT_EQ(termine(p), 0) << p.lu;
+  return p.lu;
+}
+
+std::string f6(double x) {
+  char t[64];
+  std::snprintf(t, sizeof t, "%f ", x);
+  return t;
+}
+
+long compte(const std::string& s, const std::string& motif) {
+  long n = 0;
+  for (std::size_t i = s.find(motif); i != std::string::npos; i = s.find(motif, i + 1)) ++n;
+  return n;
+}
+}  // namespace
+
+TEST(Raccourcis, ElementsAndScalarsGiveTheSameTextAndFailAlike) {
+  std::mt19937 a(std::random_device{}());
+  for (int essai = 0; essai < 3; ++essai) {
+    const int n = 1001 + 2 * static_cast<int>(a() % 2000);  // odd, past a thousand
+    const int k = static_cast<int>(a() % static_cast<unsigned>(n));
+    const int m = 3 + static_cast<int>(a() % 97);
+    std::string t = "x = vecteur(" + std::to_string(n) + ")\n";
+    // Filled through the direct write, read back through it and summed.
+    t += "pour (i = 0, " + std::to_string(n - 1) + ") x[i] = i * " + std::to_string(m) + " + 1\n";
+    t += "s = 0\npour (i = 0, " + std::to_string(n - 1) + ") s = s + x[i]\n";
+    t += "$ x[" + std::to_string(k) + "], s\n";
+    t += "x[" + std::to_string(k) + "] += 0.5\nx[" + std::to_string(k) + "] *= -3\n$ x[" + std::to_string(k) + "]\n";
+    // The element is read when its group closes, before the right operand.
+    t += "x[0] = 7\n$ x[0] + (x[0] = 5)\n$ x[0]\n";
+    // Bad indices: past the end, negative, huge, not whole, on a string.
+    t += "x[" + std::to_string(n) + "] = 1\nx[-1] = x[1] + 1\n$ x[1e9] + 1\nx[2.5] = 4\n$ x[2]\n";
+    t += "z = \"abc\"\nz[1] = x[2]\n$ z\n";
+    // Division by zero, directly and compound; the element stays as it was.
+    t += "x[3] = x[3] / 0\nx[3] /= 0\n$ x[3]\n";
+    // Below a ten-thousandth the divisor counts as zero.
+    t += "x[4] /= 0.00001\n$ x[4]\nx[5] /= 0.25\n$ x[5]\n";
+    // A scalar turns into a vector under a loop: the general way takes over.
+    t += "v = 1\npour (i = 1, 4) v = v, i\n$ v\nw = 2\nw += 3\nw -= 0.25\n$ w\n";
+    t += "$ \"##FIN\"\n";
+    std::string rapide = sortie(t, false), lente = sortie(t, true);
+    EXPECT_EQ(rapide, lente) << t;
+
+    float somme = 0;  // added up in floats, as the language does
+    for (int i = 0; i < n; ++i) somme += static_cast<float>(i * m + 1);
+    EXPECT_NE(rapide.find(f6(k * m + 1) + f6(somme)), std::string::npos)
+        << "sum of " << n << " elements\n" << rapide;
+    EXPECT_NE(rapide.find(f6((k * m + 1 + 0.5) * -3)), std::string::npos) << rapide;
+    EXPECT_NE(rapide.find("> 12.000000 \n> 5.000000 "), std::string::npos) << rapide;
+    EXPECT_EQ(compte(rapide, "Indice hors limites"), 3) << rapide;
+    EXPECT_NE(rapide.find(std::to_string(n) + ": Indice hors limites"), std::string::npos);
+    EXPECT_EQ(compte(rapide, "Division par zero"), 3) << rapide;
+    EXPECT_NE(rapide.find(f6(3 * m + 1)), std::string::npos) << "x[3] unchanged\n" << rapide;
+    EXPECT_NE(rapide.find(f6(4 * m + 1)), std::string::npos) << rapide;
+    EXPECT_NE(rapide.find(f6((5 * m + 1) * 4)), std::string::npos) << rapide;
+    EXPECT_NE(rapide.find("1.000000 1.000000 2.000000 3.000000 4.000000"), std::string::npos) << rapide;
+    EXPECT_NE(rapide.find("4.750000"), std::string::npos) << rapide;
+  }
+}
+
+TEST(Raccourcis, StringsAppendedInPlaceReadAsTheGeneralWayMakesThem) {
+  std::mt19937 a(std::random_device{}());
+  char modele[] = "/tmp/orvsXXXXXX";
+  ASSERT_NE(mkdtemp(modele), nullptr);
+  std::string dir = modele;
+  const int n = 20011 + static_cast<int>(a() % 30000);
+  // In a function: a local that owns its string, and an argument, which
+  // does not until it is assigned.
+  std::ofstream(dir + "/allonge.fon") << "allonge(t, k)\n{\n  u = \"<\"\n  pour (i = 1, k) u = u, t\n"
+                                         "  t = t, \"!\"\n  u = u, t\n  retour u\n}\n";
+  std::string t = "s = \"a\"\npour (i = 1, " + std::to_string(n) + ") s = s, \"bc\"\n";
+  t += "$ s[0, 2]\n$ s[" + std::to_string(2 * n - 2) + ", " + std::to_string(2 * n) + "]\n$ s[" +
+       std::to_string(2 * n + 1) + "]\n";
+  // A variable on the right, the variable itself on the right, a nil.
+  t += "d = \"xyz\"\ne = \"\"\npour (i = 1, 37) e = e, d\n$ e[108, 110]\n$ e[111]\n";
+  t += "d = d, d\n$ d\nd = d, NIL\n$ d\nd = d, 5\n$ d\n";
+  // A character written as 0 cuts the text: the next append measures it.
+  t += "c = \"abcdefgh\"\nc = c, \"i\"\nc[2] = 0\nc = c, \"Z\"\n$ c\nc = c, \"Y\"\n$ c\n";
+  t += "w = allonge(\"pq\", 5)\n$ w\n$ allonge(\"r\", 3)\n";
+  t += "$ \"##FIN\"\n";
+  std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");
+  EXPECT_EQ(rapide, lente) << t;
+  EXPECT_NE(rapide.find("> abc \n> cbc \n> " + std::to_string(2 * n + 1) + ": Indice hors limites"),
+            std::string::npos)
+      << rapide;
+  EXPECT_NE(rapide.find("> xyz \n"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("> xyzxyz \n"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("abZ"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("abZY"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("<pqpqpqpqpqpq!"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("<rrrr!"), std::string::npos) << rapide;
+  std::system(("rm -rf " + dir).c_str());
+}
+
+TEST(Raccourcis, DeepRecursionThroughElementsStopsAlikeAndTheStateIsClean) {
+  char modele[] = "/tmp/orvrXXXXXX";
+  ASSERT_NE(mkdtemp(modele), nullptr);
+  std::string dir = modele;
+  // Each call writes and reads an element of its own vector, and never ends.
+  std::ofstream(dir + "/plonge.fon") << "plonge(n)\n{\n  x = vecteur(3)\n  x[1] = n\n  x[2] += x[1] * 2\n"
+                                        "  retour plonge(x[1] + 1)\n}\n";
+  std::string t = "y = vecteur(4)\ny[3] = 41\n$ plonge(1)\n$ plonge(7)\ny[3] += 1\n$ y[3]\n$ \"##FIN\"\n";
+  std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");
+  EXPECT_EQ(rapide, lente);
+  EXPECT_EQ(compte(rapide, "pleine"), 2) << rapide;
+  EXPECT_EQ(compte(rapide, "plonge 6: Execution abandonnee"), 2) << rapide;
+  EXPECT_EQ(compte(rapide, "Execution abandonnee"), 2) << rapide;
+  EXPECT_NE(rapide.find("42.000000"), std::string::npos) << rapide;
+  std::system(("rm -rf " + dir).c_str());
+}
