@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
   fenetre_enregistre();
   persist_enregistre();
   periph_enregistre();
+  audio_enregistre();
   demarrer(argc, argv);
   interruption_installe();
   interp_init();

@@ -30,6 +30,7 @@ void audio_analyse(const std::uint8_t* octets, int w) {
     int x = centre(octets[i], audio.seuil);
     float a = static_cast<float>(std::abs(x));
     audio.signal[i] = a;
+    audio.echantillons[i] = static_cast<float>(x);
     if (a > m) m = a;
     // A peak: a rise, then a fall; equal samples do not fall.
     if (i > 0) {
@@ -72,25 +73,60 @@ int audio_filtre(const float* s, int w, float t, float* sortie) {
   return w;
 }
 
-float audio_hauteur(const std::uint8_t* const* fenetres, int n, int w, float v, float e) {
+void audio_hauteur_fenetre(Hauteur& h, const std::uint8_t* octets, int w, float v, float e) {
   if (w > AUDIO_MAX) w = AUDIO_MAX;
-  long total = 0, compte = 0;
-  int dernier = 0;
-  for (int k = 0; k < n; ++k) {
-    // Armed at each window; it is armed again only while already armed,
-    // so one crossing is found per window.
-    bool arme = true;
-    for (int i = 0; i < w; ++i) {
-      float a = static_cast<float>(std::abs(static_cast<int>(fenetres[k][i]) - 128));
-      if (arme && a > v + e) {
-        total += i - dernier;
-        ++compte;
-        arme = false;
-        dernier = i;
-      } else if (arme && a <= v - e) {
-        arme = true;
-      }
+  // Armed at each window; it is armed again only while already armed,
+  // so one crossing is found per window.
+  bool arme = true;
+  for (int i = 0; i < w; ++i) {
+    float a = static_cast<float>(std::abs(static_cast<int>(octets[i]) - 128));
+    if (arme && a > v + e) {
+      h.total += i - h.dernier;
+      ++h.compte;
+      arme = false;
+      h.dernier = i;
+    } else if (arme && a <= v - e) {
+      arme = true;
     }
   }
-  return compte >= 2 ? static_cast<float>(total) / static_cast<float>(compte) : static_cast<float>(total);
+}
+
+float audio_hauteur_fin(const Hauteur& h) {
+  return h.compte >= 2 ? static_cast<float>(h.total) / static_cast<float>(h.compte)
+                       : static_cast<float>(h.total);
+}
+
+float audio_hauteur(const std::uint8_t* const* fenetres, int n, int w, float v, float e) {
+  Hauteur h;
+  for (int k = 0; k < n; ++k) audio_hauteur_fenetre(h, fenetres[k], w, v, e);
+  return audio_hauteur_fin(h);
+}
+
+int audio_borne_fenetre(float x) {
+  if (!(x >= 1)) return 1;
+  if (x >= AUDIO_MAX) return AUDIO_MAX;
+  return static_cast<int>(x);
+}
+
+int audio_pics(int w, int h, float d, float* sortie) {
+  int n = 0;
+  for (int i = h; i < w - h;) {
+    bool haut = true, bas = true;
+    for (int k = 1; k <= h && (haut || bas); ++k) {
+      const float a = audio.signal[i], g = audio.signal[i - k], dr = audio.signal[i + k];
+      if (!(a - g >= d && a - dr >= d)) haut = false;
+      if (!(g - a >= d && dr - a >= d)) bas = false;
+    }
+    if (haut || bas) {
+      sortie[n++] = audio.signal[i];
+      i += h > 0 ? h : 1;
+    } else {
+      ++i;
+    }
+  }
+  return n;
+}
+
+void audio_spectre(int w, float* re, float* im) {
+  fft_float(static_cast<std::uint32_t>(w), 0, audio.echantillons, nullptr, re, im);
 }

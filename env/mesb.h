@@ -129,3 +129,5 @@
 |123:Rectangle illegal\7\n
 |124:BMP non lu: 24 bits sans compression seulement\7\n
 |125:Pixel hors de l'image\7\n
+|126:Pas de capture du son: peripherique absent ou refuse\7\n
+|127:Fichier son tronque ou illisible\7\n
