@@ -77,6 +77,12 @@ bool plein_ecran(bool demande);
 // What a chosen entry of a root menu runs (the menus' own folder sets it):
 // the root's index (0 "exec", 1 "menu") and the entry's value.
 extern void (*menu_choisi)(int racine, int valeur);
+// A new GLUT menu whose choices go to menu_choisi with that root's index:
+// the menus' folder makes the roots' submenus with it when it rebuilds them.
+int menu_racine_cree(int racine);
+// Run at the end of each opening of the window, the two roots made (the
+// menus' folder builds the shell's menu there); null does nothing.
+extern void (*apres_ouverture)();
 
 // One turn of the idle callback; true when it found something to do.
 bool pas_inactif();
