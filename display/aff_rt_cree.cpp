@@ -234,8 +234,9 @@ int vol_rt_nurbs_pas(Vol_rt* r, float u, float v, float pas) {
     message(0, MES_VALEUR);
     return -1;
   }
-  // GLU takes more than a million samples a unit as a hang, not a picture.
-  constexpr float BORNE = 1e4f;
+  // The parameters run over 0..1: 256 samples each way already make more
+  // quads than pixels; more would freeze the frame, not refine it.
+  constexpr float BORNE = 256;
   r->gl->u = std::clamp(u, 0.f, BORNE);
   r->gl->v = std::clamp(v, 0.f, BORNE);
   r->gl->pas = std::clamp(pas, 0.f, BORNE);

@@ -202,7 +202,8 @@ int vol_rt_nurbs(Vol_rt* r, int nu, int nv);
 // The surface's sampling: u and v samples per unit of each parameter, or
 // when they are not both positive, `pas` the largest length in pixels of a
 // sampled edge; none positive keeps GLU's own. -1 with a message for a
-// value that is not finite or not a record with a surface.
+// value that is not finite or not a record with a surface. Each value is
+// bounded to 0..256.
 int vol_rt_nurbs_pas(Vol_rt* r, float u, float v, float pas);
 // A surface of lines (type b79) follows other records: its vertices are the
 // sources' vertices in turn, through each source's placing of the frame

@@ -105,6 +105,7 @@ TEST(Fenetre, EchappementSansOption) {
 
 TEST(Fenetre, RedimensionsExtremes) {
   Session s;
+  ASSERT_FALSE(s.fenetre.empty());
   ASSERT_TRUE(attend(s.p, "empilements"));
   // A height of 0 is refused with the warning; the size stays.
   tape(s.p, "fen(320, 0)");
@@ -137,6 +138,7 @@ TEST(Fenetre, RedimensionsExtremes) {
 
 TEST(Fenetre, SourisPositionBoutonsEtVitesse) {
   Session s;
+  ASSERT_FALSE(s.fenetre.empty());
   ASSERT_TRUE(attend(s.p, "empilements"));
   tape(s.p, "sou(1)");
   auto onze = [](auto ok) { return [ok](const std::vector<float>& v) { return v.size() == 11 && ok(v); }; };

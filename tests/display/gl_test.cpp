@@ -454,3 +454,69 @@ TEST(Gl, OddWindowsAndRandomMeshes) {
     }
   }
 }
+
+// A surface of lines (b79) follows its sources through their placing of the
+// frame, and its pins through another record's; a NURBS surface samples as
+// asked, and refuses values that are not finite.
+TEST(Gl, SurfaceOfLinesFollowsSourcesAndPinsNurbsSampling) {
+  monde_gl();
+  Objet* a = carre(1, 20, 0, 0, 0);
+  Objet* b = carre(2, 10, 300, -70, 40);
+  Objet* n = carre(3, 1, 0, 0, 0);
+  std::vector<float> huit(24, 0.f);
+  ASSERT_EQ(vol_som_ecrit(n, huit.data(), 8, 3), 0);
+  n->sous_type = 79;
+  Vol_rt* ra = vol_rt_cree(a);
+  Vol_rt* rb = vol_rt_cree(b);
+  Vol_rt* rn = vol_rt_cree(n);
+  ASSERT_TRUE(ra && rb && rn);
+  ra->pivot[0] = 41.5f, ra->pivot[1] = -17.25f;
+  rb->rot[2] = 90;  // about z, in the order 312
+  EXPECT_EQ(sortie_de([&] { EXPECT_EQ(vol_rt_source(ra, rb), -1); }), "M81\n");
+  ASSERT_EQ(vol_rt_source(rn, ra), 0);
+  ASSERT_EQ(vol_rt_source(rn, rb), 0);
+  const float p[3] = {5, 0, 0};
+  EXPECT_NE(sortie_de([&] { EXPECT_EQ(vol_rt_epingle(rn, 9, rb, p), -1); }), "");
+  ASSERT_EQ(vol_rt_epingle(rn, 8, rb, p), 0);
+  scene([] {
+    lum_gl();
+    aff_rt(nullptr);
+  });
+  // The first four: a's corners moved by its pivot.
+  for (int k = 0; k < 4; ++k) {
+    EXPECT_NEAR(rn->som[3 * k], ra->som[3 * k] + 41.5f, 0.01f);
+    EXPECT_NEAR(rn->som[3 * k + 1], ra->som[3 * k + 1] - 17.25f, 0.01f);
+    EXPECT_NEAR(rn->som[3 * k + 2], ra->som[3 * k + 2], 0.01f);
+  }
+  // The next: b's corners turned a quarter about z (x, y) -> (-y, x).
+  for (int k = 0; k < 3; ++k) {
+    EXPECT_NEAR(rn->som[3 * (4 + k)], -rb->som[3 * k + 1], 0.02f);
+    EXPECT_NEAR(rn->som[3 * (4 + k) + 1], rb->som[3 * k], 0.02f);
+  }
+  // The pin: (5, 0, 0) in b's frame is (0, 5, 0).
+  EXPECT_NEAR(rn->som[21], 0, 0.02f);
+  EXPECT_NEAR(rn->som[22], 5, 0.02f);
+  // A source freed is forgotten by the surface.
+  vol_rt_libere(rb);
+  scene([] { aff_rt(nullptr); });
+  // NURBS sampling: coarse and fine both draw the surface; NaN is refused.
+  std::vector<float> g;
+  for (int j = 0; j < 4; ++j)
+    for (int i = 0; i < 4; ++i) g.insert(g.end(), {-60.f + 40 * i, -60.f + 40 * j, 0});
+  Vol_rt* s = vol_rt_cree(volume_de(g, {}, 5));
+  ASSERT_EQ(vol_rt_nurbs(s, 4, 4), 0);
+  EXPECT_NE(sortie_de([&] { EXPECT_EQ(vol_rt_nurbs_pas(s, NAN, 1, 1), -1); }), "");
+  EXPECT_NE(sortie_de([&] { EXPECT_EQ(vol_rt_nurbs_pas(ra, 1, 1, 1), -1); }), "");
+  for (float u : {1.f, 37.f, 1e9f}) {
+    ASSERT_EQ(vol_rt_nurbs_pas(s, u, u, 0), 0);
+    Image im = scene([&] {
+      lum_gl();
+      aff_rt(s);
+    });
+    EXPECT_FALSE(im.fond(100, 100)) << u;
+    EXPECT_TRUE(im.fond(2, 2)) << u;
+  }
+  ASSERT_EQ(vol_rt_nurbs_pas(s, 0, 0, 3.5f), 0);
+  EXPECT_FALSE(scene([&] { aff_rt(s); }).fond(100, 100));
+  vol_rt_tous_libere();
+}

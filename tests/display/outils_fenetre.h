@@ -125,7 +125,8 @@ struct Session {
     std::vector<std::string> a{"ID", "ini=env/initb.h", "x=320", "y=240", "uti=tests/display/fixtures"};
     a.insert(a.end(), plus.begin(), plus.end());
     p = lance_orvane(a);
-    fenetre = xdo("search --sync --name '^orvane$'");
+    // A loaded machine may take longer than one search's bound to map it.
+    for (int k = 0; k < 6 && fenetre.empty(); ++k) fenetre = xdo("search --sync --name '^orvane$'");
     if (auto n = fenetre.find('\n'); n != std::string::npos) fenetre.resize(n);
     if (!fenetre.empty()) xdo("windowfocus --sync " + fenetre);
   }
