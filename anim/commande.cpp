@@ -15,7 +15,7 @@
 #include "startup/startup.h"
 
 namespace {
-constexpr int A_FONC_ = 6, A_NOM_IMG = 15, A_BROU = 47, A_OPT = 50, A_ETAPE = 51, A_CLE = 56, A_FIN = 61,
+constexpr int A_PAS_ = 3, A_FONC_ = 6, A_NOM_IMG = 15, A_BROU = 47, A_OPT = 50, A_ETAPE = 51, A_CLE = 56, A_FIN = 61,
               A_EXEC = 69, A_NOM_ = 82, A_TEM = 98, A_ALI = 107;
 constexpr int B_SOU = 16, B_PAS = 18, B_ECRAN = 19, B_SEQ_ = 22, B_LUM_ = 24, B_ZBU = 25, B_COE_ = 42,
               B_NB_ = 47, B_TRACE = 55, B_MENU = 74, B_INTER = 85, B_GLIDE = 103, B_CADENCE = 106,
@@ -137,6 +137,17 @@ int option_champ(mot* bloc, const mot* e, const mot* limite) {
   return rien(bloc);
 }
 
+// pas(n): n > 0 arms the single-step latch with that period, n < 0 lets
+// one more frame through, 0 runs freely again.
+int option_pas(mot* bloc, const mot* v, int env) {
+  float x = 0;
+  if (nombres(v, &x, 1) < 1) return refuse(env, env ? B_PAS : A_PAS_);
+  if (x > 0) inter.pas_demande = x < 1e6f ? static_cast<int>(x) : 1000000, inter.pas_bloque = 0;
+  else if (x < 0) inter.pas_bloque = 0;
+  else inter.pas_demande = inter.pas_bloque = 0;
+  return rien(bloc);
+}
+
 // 1 when the keyword is no option of a running interaction.
 int option(mot* bloc, const mot* e, const mot* limite) {
   const mot* v = valeur(e);
@@ -162,6 +173,10 @@ int option(mot* bloc, const mot* e, const mot* limite) {
         if (inter_cle_lie(f.c_str(), nom.c_str()) < 0) return -1;
         return rien(bloc);
       }
+      case A_PAS_:
+        // `pas` is spelt as the interpreter's step keyword too: in this
+        // phrase it is the frame's.
+        return option_pas(bloc, v, 0);
       case A_ETAPE:
         inter.etape = nombres(v, x, 1) > 0 ? static_cast<int>(x[0]) : 6;
         return rien(bloc);
@@ -169,13 +184,8 @@ int option(mot* bloc, const mot* e, const mot* limite) {
     return 1;
   }
   switch (e[2]) {
-    case B_PAS: {
-      if (nombres(v, x, 1) < 1) return refuse(1, B_PAS);
-      if (x[0] > 0) inter.pas_demande = static_cast<int>(x[0]), inter.pas_bloque = 0;
-      else if (x[0] < 0) inter.pas_bloque = 0;
-      else inter.pas_demande = inter.pas_bloque = 0;
-      return rien(bloc);
-    }
+    case B_PAS:
+      return option_pas(bloc, v, 1);
     case B_CADENCE: {
       int n = nombres(v, x, 1);
       if (n < 0) return refuse(1, B_CADENCE);

@@ -208,6 +208,7 @@ void vol_inter_matrice(Vol_inter* v) {
 
 void vol_inter_valide(Vol_inter* v) {
   if (!v->som || v->nb_som < 1) return;
+  vol_inter_matrice(v);
   int ns = 0, d = 3;
   reel* s = vol_som(v->objet, &ns, &d);
   if (!s || ns != v->nb_som) return;
