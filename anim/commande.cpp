@@ -405,6 +405,12 @@ int debut(mot* bloc) {
 
 int interaction_commande(mot* bloc, mot* valeur_aff, const mot* limite) {
   (void)valeur_aff;
+  // With `res` the phrase runs a network's screen: the network's own.
+  {
+    const mot* e = bloc + 4;
+    for (int i = 0; i < bloc[2]; ++i, e += e[0])
+      if (e[1] == 1 && e[2] == B_RES_) return COMMANDE_SUITE;
+  }
   if (fen.fenetre < 1) {
     message(1, 95);
     return -1;
