@@ -79,11 +79,19 @@ int dessine_scene() {
     if (!v->rt || v->etat < 0) continue;
     som_suit(v);
     if (!v->rt) continue;
-    vol_inter_matrice(v);
-    glPushMatrix();
-    glMultMatrixf(v->mat);
-    int r = aff_rt(v->rt);
-    glPopMatrix();
+    // A record that has not moved is drawn as it stands: no matrix.
+    const bool place = v->pos[0] != 0 || v->pos[1] != 0 || v->pos[2] != 0 || v->angle != 0 || v->rotx != 0 ||
+                       v->roty != 0 || v->rotz != 0;
+    int r = 0;
+    if (place) {
+      vol_inter_matrice(v);
+      glPushMatrix();
+      glMultMatrixf(v->mat);
+      r = aff_rt(v->rt);
+      glPopMatrix();
+    } else {
+      r = aff_rt(v->rt);
+    }
     if (r < 0) return r;
   }
   return 0;

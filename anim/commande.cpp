@@ -19,7 +19,7 @@ constexpr int A_PAS_ = 3, A_FONC_ = 6, A_NOM_IMG = 15, A_BROU = 47, A_OPT = 50, 
               A_EXEC = 69, A_NOM_ = 82, A_TEM = 98, A_ALI = 107;
 constexpr int B_SOU = 16, B_PAS = 18, B_ECRAN = 19, B_SEQ_ = 22, B_LUM_ = 24, B_ZBU = 25, B_COE_ = 42,
               B_NB_ = 47, B_TRACE = 55, B_MENU = 74, B_INTER = 85, B_GLIDE = 103, B_CADENCE = 106,
-              B_BRO = 120, B_ATT_MENU = 144, B_ETAT = 145, B_MEM_ = 148, B_RES_ = 161, B_PICK = 60;
+              B_BRO = 120, B_ANIM = 93, B_NURBS_ = 45, B_ATT_MENU = 144, B_ETAT = 145, B_MEM_ = 148, B_RES_ = 161, B_PICK = 60;
 
 const mot* valeur(const mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
 
@@ -137,6 +137,23 @@ int option_champ(mot* bloc, const mot* e, const mot* limite) {
   return rien(bloc);
 }
 
+// anim followed by a phrase: that phrase runs at every frame (liste_4);
+// with nurbs, it waits in the spare list. The phrase is the keywords
+// behind the option, copied now, with the first listed volume as target.
+int option_liste(mot* bloc, const mot* e, int liste) {
+  const mot* suite = e + e[0];
+  const mot* fin = bloc + bloc[0];
+  int n = 0;
+  for (const mot* c = suite; c < fin && c[0] >= 3; c += c[0]) ++n;
+  if (n == 0) return refuse(1, e[2]);
+  std::vector<mot> p{static_cast<mot>(4 + (fin - suite)), BLOC_PHRASE, n, 0};
+  p.insert(p.end(), suite, fin);
+  std::vector<int> l = vols_de(bloc);
+  Vol_inter* cible = l.empty() ? nullptr : vol_inter_de(l[0]);
+  if (inter_liste_ajoute(liste, cible, p.data()) < 0) return -1;
+  return rien(bloc);
+}
+
 // pas(n): n > 0 arms the single-step latch with that period, n < 0 lets
 // one more frame through, 0 runs freely again.
 int option_pas(mot* bloc, const mot* v, int env) {
@@ -230,6 +247,9 @@ int option(mot* bloc, const mot* e, const mot* limite) {
       inter.cmd_souris = static_cast<int>(x[0]);
       return rien(bloc);
     }
+    case B_ANIM:
+    case B_NURBS_:
+      return option_liste(bloc, e, e[2] == B_ANIM ? 4 : LISTE_AUTRE);
     case B_DEP:
     case B_DEP2:
     case B_ROTA:

@@ -179,7 +179,8 @@ int inter_glide(int num, int n) {
   matrice_applique(vue, c, a);
   matrice_applique(proj, a, b);
   // Only a record outside the window is glided to.
-  if (std::fabs(b[0]) <= 1 && std::fabs(b[1]) <= 1 && a[2] < 0) return 0;
+  const float w = proj[3] * a[0] + proj[7] * a[1] + proj[11] * a[2] + proj[15];
+  if (w > 0 && std::fabs(b[0]) <= w && std::fabs(b[1]) <= w) return 0;
   if (n < 1) n = 1;
   for (int k = 0; k < 3; ++k) {
     inter.glide_oeil[k] = e.oeil[k], inter.glide_vise[k] = e.vise[k];

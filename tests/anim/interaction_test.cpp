@@ -216,6 +216,27 @@ TEST(Interaction, MauvaisesEntrees) {
   EXPECT_EQ(valeurs(s.p, "vol(1) som(2)").size(), 3u);
 }
 
+TEST(Interaction, PhraseAttacheeAChaqueImage) {
+  Scene s;
+  ASSERT_TRUE(attend(s.p, "empilements"));
+  tape(s.p, "vol(1) cube(60)");
+  tape(s.p, "interaction fonc(\"compte\") cadence(0)");
+  ASSERT_TRUE(s.attend_mode(85));
+  const std::vector<float> a = valeurs(s.p, "vol(1) som(1)");
+  // The phrase behind anim runs at every frame: the cube turns.
+  tape(s.p, "interaction anim vol(1) roty(3)");
+  float i = s.compteur("images");
+  s.attend_compteur("images", [&](float v) { return v > i + 5; });
+  const std::vector<float> b = valeurs(s.p, "vol(1) som(1)");
+  ASSERT_EQ(b.size(), 3u);
+  EXPECT_NE(a, b);
+  EXPECT_EQ(s.mode(), 85);
+  // An option with nothing behind it is refused; the loop goes on.
+  tape(s.p, "interaction anim");
+  EXPECT_TRUE(attend(s.p, "anim Type de valeur illegal"));
+  EXPECT_EQ(s.mode(), 85);
+}
+
 TEST(Interaction, SansFenetre) {
   Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h"});
   tape(p, "vol(1) cube(50)");

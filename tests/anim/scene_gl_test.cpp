@@ -143,3 +143,30 @@ TEST(SceneGl, EntreesDuMenu) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   interaction_fin();
 }
+
+TEST(SceneGl, GlissementDeLOeil) {
+  monde_scene(2);
+  ArgsInter a;
+  a.cadence = 0;
+  ASSERT_EQ(interaction_debut(a), 0);
+  // A record far out of the window: the eye glides to it in 4 frames.
+  Vol_inter* v = vol_inter_de(2);
+  v->pos[0] = 5000;
+  const Oeil depart = oeil_courant;
+  ASSERT_EQ(inter_glide(2, 4), 0);
+  ASSERT_EQ(interaction_image(), 0);
+  EXPECT_GT(oeil_courant.vise[0], depart.vise[0]);
+  EXPECT_LT(oeil_courant.vise[0], v->pos[0] + v->centre[0]);
+  for (int k = 0; k < 5; ++k) ASSERT_EQ(interaction_image(), 0);
+  EXPECT_NEAR(oeil_courant.vise[0], v->pos[0] + v->centre[0], 1e-2);
+  EXPECT_NEAR(oeil_courant.oeil[2] - oeil_courant.vise[2], depart.oeil[2] - depart.vise[2], 1e-2);
+  // One already in the window: no glide.
+  const Oeil ici = oeil_courant;
+  ASSERT_EQ(inter_glide(2, 4), 0);
+  ASSERT_EQ(interaction_image(), 0);
+  EXPECT_EQ(oeil_courant.vise[0], ici.vise[0]);
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(inter_glide(99, 4), -1);
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("99: "), std::string::npos);
+  interaction_fin();
+}
