@@ -64,13 +64,18 @@ bool midi_ouvert();
 // ==== sound (capture, playback, spectrum) ====================================
 // ---- the FFT ---------------------------------------------------------------
 // Forward (inverse = 0) or inverse complex FFT of n points, n a power of two
-// from 2: radix 2 in time, the inputs bit-reversed into the outputs first.
-// im_in may be null (all zeros); the inverse divides by n. A size that is not
+// from 2, on tables built once per size (no allocation after the first call
+// of a size). im_in may be null: a real input, transformed at half the cost.
+// The inverse divides by n. The outputs must not overlap the inputs. A size that is not
 // a power of two, or a null array, prints its line and ends the process, as
 // the sound command has always done: a caller checks first (fft_taille_ok).
 void fft_float(std::uint32_t n, int inverse, const float* re_in, const float* im_in, float* re_out,
                float* im_out);
 bool fft_taille_ok(std::uint32_t n);
+// The butterflies run eight lanes wide (AVX2 and FMA) where the processor
+// has them, and four (SSE2) otherwise; false forces the narrow build, which
+// tests and benchmarks use to check and measure it too.
+extern bool fft_avx;
 
 // ---- sound: the analysis of a window ----------------------------------------
 // A window is up to 1024 samples of 8-bit unsigned PCM, mono, 8000 Hz,

@@ -1,5 +1,6 @@
 // The initialisation, step by step in the order that the keys' overrides
 // depend on: command line, files, command line again.
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -63,6 +64,28 @@ std::string texte_init() {
 }
 
 // Directory line, then one "env,kom,mes" line per environment.
+// The init file names its environment directory relative to where the
+// system was started from. Started elsewhere, the directory given by
+// env= is tried, then the init file's own directory, so that
+// "orvane ini=/x/env/initb.h env=/x/env/" works from any directory.
+static std::string repertoire_trouve(const std::string& rep) {
+  auto existe = [](const std::string& d) {
+    struct stat st;
+    return ::stat(d.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+  };
+  if (rep.empty() || rep[0] == '/' || existe(rep)) return rep;
+  if (dem.chemin_env[0] && existe(dem.chemin_env)) {
+    std::string d = dem.chemin_env;
+    if (d.back() != '/') d += '/';
+    return d;
+  }
+  if (const char* b = std::strrchr(dem.chemin_init, '/')) {
+    std::string d(dem.chemin_init, static_cast<std::size_t>(b - dem.chemin_init + 1));
+    if (existe(d)) return d;
+  }
+  return rep;
+}
+
 int analyse_init(const std::string& texte, std::string& repertoire, FichiersEnv* envs) {
   int ligne = 1;
   const char* p = saute_commentaires(texte.c_str(), &ligne);
@@ -183,6 +206,7 @@ int demarrer(int argc, char** argv) {
   std::string repertoire;
   FichiersEnv envs[MAX_ENV];
   int n = analyse_init(texte, repertoire, envs);
+  repertoire = repertoire_trouve(repertoire);
   dem.repertoire = repertoire;
   reglages_base();
   charge_environnements(repertoire, envs, n);

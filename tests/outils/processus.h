@@ -17,7 +17,7 @@ struct Processus {
   std::string lu;
 };
 
-inline Processus lance_orvane(std::vector<std::string> args) {
+inline Processus lance_orvane(std::vector<std::string> args, const char* rep = ORVANE_SOURCE) {
   int in[2], out[2];
   Processus p;
   if (pipe(in) || pipe(out)) return p;
@@ -27,7 +27,7 @@ inline Processus lance_orvane(std::vector<std::string> args) {
     dup2(out[1], 1);
     close(in[1]);
     close(out[0]);
-    if (chdir(ORVANE_SOURCE) != 0) _exit(127);
+    if (chdir(rep) != 0) _exit(127);
     std::vector<char*> argv{const_cast<char*>(ORVANE_BIN)};
     for (auto& a : args) argv.push_back(a.data());
     argv.push_back(nullptr);
