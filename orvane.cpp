@@ -7,12 +7,14 @@
 #include "interp/interp.h"
 #include "persist/persist.h"
 #include "startup/startup.h"
+#include "tools/tools.h"
 
 int main(int argc, char** argv) {
   fenetre_enregistre();
   persist_enregistre();
   periph_enregistre();
   audio_enregistre();
+  outils_enregistre();
   demarrer(argc, argv);
   interruption_installe();
   interp_init();

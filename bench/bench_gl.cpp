@@ -25,10 +25,10 @@ int main(int argc, char** argv) {
   nb_etats[1] = 200;
   glutInit(&argc, argv);
   glutInitDisplayMode(GLUT_DOUBLE | GLUT_DEPTH | GLUT_RGBA);
-  glutInitWindowSize(640, 480);
+  glutInitWindowSize(BENCH_L, BENCH_H);
   fen.fenetre = glutCreateWindow("bench_gl");
   glutDisplayFunc([] {});
-  fen.dimx = 640, fen.dimy = 480;
+  fen.dimx = BENCH_L, fen.dimy = BENCH_H;
   for (int k = 0; k < 10; ++k) glutMainLoopEvent();
   double secondes = std::getenv("SECONDES") ? std::atof(std::getenv("SECONDES")) : 2;
   Objet* l = objet_cree(1, B_LUM, 0, nullptr, nullptr, 1);
@@ -52,14 +52,17 @@ int main(int argc, char** argv) {
     Vol_rt* r = vol_rt_cree(o);
     if (!r) return 1;
     glEnable(GL_DEPTH_TEST);
-    double fps = images_par_seconde(secondes, [&] {
+    auto image = [&](bool lue) {
       glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
       lum_gl();
       projection_set(1);
       aff_rt(nullptr);
+      if (lue) image_ecrit(ns);
       glutSwapBuffers();
       glFinish();
-    });
+    };
+    double fps = images_par_seconde(secondes, [&] { image(false); });
+    image(true);
     std::printf("%d %.2f\n", ns, fps);
     std::fflush(stdout);
     vol_rt_libere(r);

@@ -1,9 +1,15 @@
 // The mesh both sides of the OpenGL benchmark draw: a wavy square grid of
 // about n vertices, 800 units wide, in quads wound to face the eye, and the
-// timing of frames.
+// timing of frames, and the picture read back so that the two sides can be
+// shown to draw the same scene.
 #pragma once
+#include <GL/gl.h>
+
 #include <chrono>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
 #include <vector>
 
 struct Maillage {
@@ -43,4 +49,25 @@ double images_par_seconde(double secondes, F f) {
     t = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
   }
   return n / t;
+}
+
+// The window's size on both sides.
+constexpr int BENCH_L = 640, BENCH_H = 480;
+
+// With IMAGE set, the back buffer of the frame just drawn (before its swap)
+// as a binary PPM named $IMAGE_<n>.ppm, top row first.
+inline void image_ecrit(long n) {
+  const char* base = std::getenv("IMAGE");
+  if (!base) return;
+  std::vector<unsigned char> p(3L * BENCH_L * BENCH_H);
+  glFinish();
+  glReadBuffer(GL_BACK);
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  glReadPixels(0, 0, BENCH_L, BENCH_H, GL_RGB, GL_UNSIGNED_BYTE, p.data());
+  std::string nom = std::string(base) + "_" + std::to_string(n) + ".ppm";
+  if (std::FILE* f = std::fopen(nom.c_str(), "wb")) {
+    std::fprintf(f, "P6\n%d %d\n255\n", BENCH_L, BENCH_H);
+    for (int y = BENCH_H - 1; y >= 0; --y) std::fwrite(&p[3L * BENCH_L * y], 1, 3L * BENCH_L, f);
+    std::fclose(f);
+  }
 }

@@ -13,7 +13,7 @@
 int main(int argc, char** argv) {
   glutInit(&argc, argv);
   glutInitDisplayMode(GLUT_DOUBLE | GLUT_DEPTH | GLUT_RGBA);
-  glutInitWindowSize(640, 480);
+  glutInitWindowSize(BENCH_L, BENCH_H);
   glutCreateWindow("gl_ref");
   glutDisplayFunc([] {});
   for (int k = 0; k < 10; ++k) glutMainLoopEvent();
@@ -65,16 +65,19 @@ int main(int argc, char** argv) {
     glMaterialfv(GL_FRONT, GL_DIFFUSE, dif);
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    gluPerspective(57.75, 640.0 / 480, 1, 100000);
+    gluPerspective(57.75, static_cast<double>(BENCH_L) / BENCH_H, 1, 100000);
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     gluLookAt(0, 0, -1000, 0, 0, 0, 0, -1, 0);
-    double fps = images_par_seconde(secondes, [&] {
+    auto image = [&](bool lue) {
       glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
       glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(tri.size()), GL_UNSIGNED_INT, nullptr);
+      if (lue) image_ecrit(ns);
       glutSwapBuffers();
       glFinish();
-    });
+    };
+    double fps = images_par_seconde(secondes, [&] { image(false); });
+    image(true);
     std::printf("%ld %.2f\n", ns, fps);
     std::fflush(stdout);
     glDeleteBuffers(2, b);

@@ -3,6 +3,8 @@
 //   aff vol(1, 3) illum(0)     volumes 1 and 3 in wire
 //   aff vol(2) gl              volume 2 through OpenGL (the software engine
 //                              when there is no window)
+//   aff gl                     one frame of the real-time path (aff_rt) of
+//                              every volume; without a window, aff alone
 //   aff(0,0,0, 9,0,0, 0,9,0) coul(1,0,0)   a polygon through the points
 //   aff sommet(x,y,z, ...)     the points marked
 //   aff vol(1) generer         the test pass: (b13, b32) made, nothing drawn
@@ -24,6 +26,12 @@ namespace {
 using namespace aff_b;
 
 const mot* valeur(mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
+
+// The phrase's element after aff is `ord` alone, without a value.
+bool f_seul(mot* e, int ord) {
+  mot* f = e + e[0];
+  return f[1] == 1 && f[2] == ord && !valeur(f);
+}
 
 // The working volume of a list of points: n vertices, one face of all of
 // them in order, the colour of the phrase's b17. Displayed through the
@@ -78,6 +86,8 @@ int cmd_aff(mot* bloc, mot* affecte, const mot* limite) {
       }
     if (sommets) {
       r = aff_points(bloc, limite, sommets);
+    } else if (bloc[2] == 2 && f_seul(e, GL) && fen.fenetre > 0) {
+      r = aff_rt_image();
     } else {
       // The front buffer: a picture drawn piece by piece stays in sight.
       if (fen.fenetre > 0) gl_avant();

@@ -234,12 +234,66 @@ void surface(Vol_rt* r, int t) {
     if (!g.nurbs) return;
   }
   gluNurbsProperty(g.nurbs, GLU_DISPLAY_MODE, t != 0 ? GLU_FILL : GLU_OUTLINE_POLYGON);
+  if (g.u > 0 && g.v > 0) {
+    gluNurbsProperty(g.nurbs, GLU_SAMPLING_METHOD, GLU_DOMAIN_DISTANCE);
+    gluNurbsProperty(g.nurbs, GLU_U_STEP, g.u);
+    gluNurbsProperty(g.nurbs, GLU_V_STEP, g.v);
+  } else if (g.pas > 0) {
+    gluNurbsProperty(g.nurbs, GLU_SAMPLING_METHOD, GLU_PATH_LENGTH);
+    gluNurbsProperty(g.nurbs, GLU_SAMPLING_TOLERANCE, g.pas);
+  }
   if (t != 0) glEnable(GL_AUTO_NORMAL);
   gluBeginSurface(g.nurbs);
   gluNurbsSurface(g.nurbs, static_cast<GLint>(g.kv.size()), g.kv.data(), static_cast<GLint>(g.ku.size()),
                   g.ku.data(), r->dim * g.nu, r->dim, r->som, 4, 4, GL_MAP2_VERTEX_3);
   gluEndSurface(g.nurbs);
   glDisable(GL_AUTO_NORMAL);
+}
+
+// The inverse of the frame's base matrix (the view), so that a source's
+// matrix read back after its placing gives world points: base^-1 x full.
+float vue_inv[16];
+
+// The inverse of an affine matrix (its last row 0, 0, 0, 1); the identity
+// for a singular one.
+void inverse_affine(const float* m, float* r) {
+  double a = m[0], b = m[4], c = m[8], d = m[1], e = m[5], f = m[9], g = m[2], h = m[6], i = m[10];
+  double A = e * i - f * h, B = f * g - d * i, C = d * h - e * g;
+  double det = a * A + b * B + c * C;
+  if (!(std::fabs(det) > 1e-30) || !std::isfinite(det)) {
+    matrice_identite(r);
+    return;
+  }
+  double inv[9] = {A / det, (c * h - b * i) / det, (b * f - c * e) / det,
+                   B / det, (a * i - c * g) / det, (c * d - a * f) / det,
+                   C / det, (b * g - a * h) / det, (a * e - b * d) / det};
+  // inv is row-major; r column-major.
+  for (int l = 0; l < 3; ++l)
+    for (int k = 0; k < 3; ++k) r[4 * k + l] = static_cast<float>(inv[3 * l + k]);
+  for (int l = 0; l < 3; ++l)
+    r[12 + l] = static_cast<float>(-(inv[3 * l] * m[12] + inv[3 * l + 1] * m[13] + inv[3 * l + 2] * m[14]));
+  r[3] = r[7] = r[11] = 0;
+  r[15] = 1;
+}
+
+// A surface of lines following its sources and pins: its vertices made
+// again from their matrices of this frame, and its normals after them.
+void nappe_suit(Vol_rt* r) {
+  Vol_rt_gl& g = *r->gl;
+  if (g.sources.empty() && g.epingles.empty()) return;
+  float q[16];
+  long k = 0;
+  for (Vol_rt* s : g.sources) {
+    matrice_produit(vue_inv, s->matrice, q);
+    for (int v = 0; v < s->ns && k < r->ns; ++v, ++k)
+      matrice_applique(q, s->som + static_cast<long>(v) * s->dim, r->som + k * r->dim);
+  }
+  for (const Vol_rt_gl::Epingle& e : g.epingles) {
+    if (e.som >= r->ns) continue;
+    matrice_produit(vue_inv, e.autre->matrice, q);
+    matrice_applique(q, e.p, r->som + static_cast<long>(e.som) * r->dim);
+  }
+  g.modifie = true;
 }
 
 // Followers past this depth are a cycle the loop made; they are not drawn.
@@ -251,6 +305,7 @@ int dessine(Vol_rt* r, int profondeur) {
   const float* il = r->a_illum ? r->illum : ILLUM_DEFAUT;
   int t = 0;
   if (drapeau(B_ILLUM_) && std::isfinite(il[0]) && std::fabs(il[0]) < 4) t = static_cast<int>(il[0]);
+  if (r->type == B_LIGNES) nappe_suit(r);
   if (r->ns > 0) vertices_envoie(r);
   if (r->type != B_LIGNES) place(r);
   if (t != 0) glEnable(GL_LIGHTING);
@@ -317,8 +372,9 @@ int aff_rt(Vol_rt* r) {
   if (fen.fenetre < 1) return 0;
   float m[16];
   glMatrixMode(GL_MODELVIEW);
+  glGetFloatv(GL_MODELVIEW_MATRIX, m);
+  inverse_affine(m, vue_inv);
   if (r) {
-    glGetFloatv(GL_MODELVIEW_MATRIX, m);
     dessine(r, 0);
     glLoadMatrixf(m);
     return 0;

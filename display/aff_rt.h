@@ -44,7 +44,18 @@ struct Vol_rt_gl {
   // NURBS: knots of the two directions, the renderer.
   GLUnurbs* nurbs = nullptr;
   int nu = 0, nv = 0;
+  float u = 0, v = 0, pas = 0;  // sampling; 0: GLU's default
   std::vector<float> ku, kv;
+  // Type b79: the sources whose vertices, through their frame's matrices,
+  // become these vertices in turn; then the pins, each a vertex (from 0)
+  // set to a point fixed in another record's frame.
+  struct Epingle {
+    int som;
+    Vol_rt* autre;
+    float p[3];
+  };
+  std::vector<Vol_rt*> sources;
+  std::vector<Epingle> epingles;
   ~Vol_rt_gl();
 };
 

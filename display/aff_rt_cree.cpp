@@ -14,7 +14,7 @@
 #include "geom/geom.h"
 
 namespace {
-constexpr int B_NURBS = 45;
+constexpr int B_NURBS = 45, B_LIGNES_RT = 79;
 
 // Every record in its order of making, and the selection of aff_rt(null).
 std::vector<Vol_rt*> tous;
@@ -164,8 +164,14 @@ Vol_rt* vol_rt_cree(Objet* o) {
   rt_normales(r);
   // (b45) = nu, nv: the vertices are the control points of a surface.
   const mot cle[2] = {1, B_NURBS};
-  if (const mot* v = vol_valeur(o, 1, cle); v && v[1] == BLOC_REEL && v[0] >= 6)
-    vol_rt_nurbs(r, static_cast<int>(lit_reel(v + 4)), static_cast<int>(lit_reel(v + 5)));
+  // (b45) = nu, nv, u, v, pas: with its sampling.
+  if (const mot* v = vol_valeur(o, 1, cle); v && v[1] == BLOC_REEL && v[0] >= 6) {
+    float x[5] = {0, 0, 0, 0, 0};
+    for (int k = 0; k < 5 && 4 + k < v[0]; ++k) x[k] = lit_reel(v + 4 + k);
+    bool fini = std::isfinite(x[0]) && std::isfinite(x[1]) && std::fabs(x[0]) < 1e9f && std::fabs(x[1]) < 1e9f;
+    if (vol_rt_nurbs(r, fini ? static_cast<int>(x[0]) : 0, fini ? static_cast<int>(x[1]) : 0) == 0 && v[0] >= 8)
+      vol_rt_nurbs_pas(r, x[2], x[3], x[4]);
+  }
   return r;
 }
 
@@ -174,6 +180,8 @@ void vol_rt_libere(Vol_rt* r) {
   std::erase(tous, r);
   std::erase(choisis, r);
   for (Vol_rt* x : tous) {
+    std::erase(x->gl->sources, r);
+    std::erase_if(x->gl->epingles, [r](const Vol_rt_gl::Epingle& e) { return e.autre == r; });
     if (x->lead == r) x->lead = nullptr;
     if (x->instance == r) x->instance = nullptr;
     Vol_rt** fin = std::remove(x->suiv, x->suiv + x->suiv_nb, r);
@@ -217,6 +225,50 @@ int vol_rt_nurbs(Vol_rt* r, int nu, int nv) {
   // direction from row to row (stride dim x nu).
   noeuds(nu, g.ku);
   noeuds(nv, g.kv);
+  return 0;
+}
+
+int vol_rt_nurbs_pas(Vol_rt* r, float u, float v, float pas) {
+  if (!r || !r->gl || r->gl->nu < 1 || !std::isfinite(u) || !std::isfinite(v) || !std::isfinite(pas)) {
+    std::printf("%g %g %g: ", u, v, pas);
+    message(0, MES_VALEUR);
+    return -1;
+  }
+  // GLU takes more than a million samples a unit as a hang, not a picture.
+  constexpr float BORNE = 1e4f;
+  r->gl->u = std::clamp(u, 0.f, BORNE);
+  r->gl->v = std::clamp(v, 0.f, BORNE);
+  r->gl->pas = std::clamp(pas, 0.f, BORNE);
+  return 0;
+}
+
+int vol_rt_source(Vol_rt* nappe, Vol_rt* source) {
+  if (!nappe || !source || nappe == source || nappe->type != B_LIGNES_RT || !nappe->gl) {
+    message(0, MES_VALEUR);
+    return -1;
+  }
+  try {
+    nappe->gl->sources.push_back(source);
+  } catch (const std::bad_alloc&) {
+    return sans_memoire(static_cast<long>(nappe->gl->sources.size()) + 1);
+  }
+  source->garde_matrice = true;
+  return 0;
+}
+
+int vol_rt_epingle(Vol_rt* nappe, int som, Vol_rt* autre, const float* p) {
+  if (!nappe || !autre || !p || nappe == autre || nappe->type != B_LIGNES_RT || !nappe->gl || som < 1 ||
+      som > nappe->ns || !std::isfinite(p[0]) || !std::isfinite(p[1]) || !std::isfinite(p[2])) {
+    std::printf("%d: ", som);
+    message(0, MES_VALEUR);
+    return -1;
+  }
+  try {
+    nappe->gl->epingles.push_back({som - 1, autre, {p[0], p[1], p[2]}});
+  } catch (const std::bad_alloc&) {
+    return sans_memoire(static_cast<long>(nappe->gl->epingles.size()) + 1);
+  }
+  autre->garde_matrice = true;
   return 0;
 }
 

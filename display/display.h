@@ -77,6 +77,12 @@ bool plein_ecran(bool demande);
 // What a chosen entry of a root menu runs (the menus' own folder sets it):
 // the root's index (0 "exec", 1 "menu") and the entry's value.
 extern void (*menu_choisi)(int racine, int valeur);
+// A new GLUT menu whose choices go to menu_choisi with that root's index:
+// the menus' folder makes the roots' submenus with it when it rebuilds them.
+int menu_racine_cree(int racine);
+// Run at the end of each opening of the window, the two roots made (the
+// menus' folder builds the shell's menu there); null does nothing.
+extern void (*apres_ouverture)();
 
 // One turn of the idle callback; true when it found something to do.
 bool pas_inactif();
@@ -193,6 +199,19 @@ int vol_rt_suiveur(Vol_rt* chef, Vol_rt* suiv);
 // directions, clamped uniform knots); -1 with a message when the counts do
 // not match the vertices.
 int vol_rt_nurbs(Vol_rt* r, int nu, int nv);
+// The surface's sampling: u and v samples per unit of each parameter, or
+// when they are not both positive, `pas` the largest length in pixels of a
+// sampled edge; none positive keeps GLU's own. -1 with a message for a
+// value that is not finite or not a record with a surface.
+int vol_rt_nurbs_pas(Vol_rt* r, float u, float v, float pas);
+// A surface of lines (type b79) follows other records: its vertices are the
+// sources' vertices in turn, through each source's placing of the frame
+// (a source drawn earlier in the frame gives this frame's, a later one the
+// last frame's), and a pin sets vertex `som` (from 1) to the point p fixed
+// in the frame of `autre`. -1 with a message for a record of another type,
+// a vertex out of range or no memory.
+int vol_rt_source(Vol_rt* nappe, Vol_rt* source);
+int vol_rt_epingle(Vol_rt* nappe, int som, Vol_rt* autre, const float* p);
 // The records aff_rt(null) draws in that order; an empty span goes back to
 // all records in their order of making.
 void vol_rt_selection(const Vol_rt* const* liste, int n);

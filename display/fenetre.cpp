@@ -113,6 +113,7 @@ void cree() {
   fen.images = 0;
   gl_avant();
   dpy = glXGetCurrentDisplay();
+  if (apres_ouverture) apres_ouverture();
 }
 
 void entree() { fenetre_ouvrir(); }
@@ -139,6 +140,9 @@ const Outil* outil(int mode) {
 }
 
 void (*menu_choisi)(int, int) = nullptr;
+void (*apres_ouverture)() = nullptr;
+
+int menu_racine_cree(int racine) { return glutCreateMenu(racine ? choix_menu : choix_exec); }
 
 bool plein_ecran(bool demande) {
   if (!(demande || ecran.plein) || fen.fenetre < 1) return false;

@@ -158,9 +158,19 @@ int fenetre_montre_image() {
       d[3] = 255;
     }
   }
+  // The pixels go as they are: a depth test left on by an OpenGL frame
+  // would let the first copy write depth 0 and refuse every later one, and
+  // fog or blending would change them.
+  glPushAttrib(GL_ENABLE_BIT);
+  glDisable(GL_DEPTH_TEST);
+  glDisable(GL_FOG);
+  glDisable(GL_BLEND);
+  glDisable(GL_ALPHA_TEST);
+  glDisable(GL_TEXTURE_2D);
   glWindowPos2i(0, 0);
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   glDrawPixels(w, h, GL_RGBA, GL_UNSIGNED_BYTE, ecran.rvba);
+  glPopAttrib();
   glFlush();
   return 0;
 }

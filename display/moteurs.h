@@ -54,6 +54,9 @@ void rendu_enregistre();
 // Method 1 of aff: the volume's polygons one at a time into the current
 // draw buffer. 0, or negative.
 int aff_gl_vol(const Vol_aff& v);
+// One frame of the real-time path from the console (`aff gl` alone): 0,
+// negative, or -1 with no window (the caller draws in software instead).
+int aff_rt_image();
 // The projection step of a frame from the eye; `reset` loads identity first.
 void projection_set(int reset);
 // Lights of the object table into OpenGL: 0, or -1 with a message.

@@ -7,10 +7,12 @@
 // (b17) its diffuse colour; (b42) one value for the three attenuation
 // terms. Light i is OpenGL's GL_LIGHT0 + i in table order: the first one's
 // default diffuse and specular are white, the others' black. The viewer is
-// at infinity along +z (no local viewer).
+// at infinity along +z (no local viewer). The fog, when on, blends the lit
+// colour as OpenGL's does.
 #include <cmath>
 
 #include "core/objet.h"
+#include "display/display.h"
 #include "display/oeil.h"
 #include "display/rendu_interne.h"
 #include "geom/geom.h"
@@ -60,6 +62,18 @@ void prepare_une(Objet* o, int i, LumP* l) {
   }
   if (const reel* c = flottants(o, B_COUL_L, 3)) for (int k = 0; k < 3; ++k) l->diff[k] = c[k];
   if (const reel* a = flottants(o, B_ATT, 1)) l->att = a[0];
+}
+// The fog of the OpenGL engine on a lit colour (levels), as its fixed
+// function blends it: the fog coordinate is the eye depth |z|, the factor
+// of the law clamped to 0..1 weighs the colour against the fog's.
+void brouille(const float* p, float* c) {
+  const Brouillard& b = brouillard_etat;
+  float z = std::fabs(p[2]), f = 1;
+  if (b.loi == 1) f = std::exp(-b.densite * z);
+  else if (b.loi == 2) f = std::exp(-(b.densite * z) * (b.densite * z));
+  else f = b.fin != b.debut ? (b.fin - z) / (b.fin - b.debut) : 1.f;
+  f = f > 0 ? (f < 1 ? f : 1.f) : 0.f;
+  for (int k = 0; k < 3; ++k) c[k] = f * c[k] + (1 - f) * 255.f * b.coul[k];
 }
 }  // namespace
 
@@ -124,4 +138,5 @@ void eclaire(const float* p, const float* nrm, const float* kd, const Eclairage&
   out[0] = r > 0 ? (r < 1 ? r * 255 : 255.f) : 0.f;
   out[1] = g > 0 ? (g < 1 ? g * 255 : 255.f) : 0.f;
   out[2] = b > 0 ? (b < 1 ? b * 255 : 255.f) : 0.f;
+  if (brouillard_etat.actif) brouille(p, out);
 }

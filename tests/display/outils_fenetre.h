@@ -85,7 +85,7 @@ inline std::vector<float> valeurs(Processus& p, const std::string& expr) {
   tape(p, "$ " + expr);
   tape(p, "$ \"" + fin + "\"");
   std::vector<float> v;
-  if (!attend(p, fin + " ")) return v;
+  if (!attend(p, fin + " ", 20000)) return v;
   std::size_t a = p.lu.rfind(debut), b = p.lu.rfind(fin);
   std::istringstream s(p.lu.substr(a + debut.size(), b - a - debut.size()));
   std::string m;
@@ -95,6 +95,19 @@ inline std::vector<float> valeurs(Processus& p, const std::string& expr) {
     if (e != m.c_str() && *e == 0) v.push_back(x);
   }
   return v;
+}
+
+// Reads `expr` until `ok` holds of its values or `ms` pass (a loaded
+// machine is slow, never wrong): the last values read.
+template <class F>
+inline std::vector<float> attend_valeurs(Processus& p, const std::string& expr, F ok, int ms = 20000) {
+  auto fin = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+  std::vector<float> v;
+  for (;;) {
+    v = valeurs(p, expr);
+    if (ok(v) || std::chrono::steady_clock::now() > fin) return v;
+    dort(20);
+  }
 }
 
 inline std::size_t compte(const std::string& s, const std::string& motif) {

@@ -66,34 +66,37 @@ TEST(Terminal, LaFenetreBougePendantLaFrappe) {
   std::string id = xdo("search --sync --name '^orvane$'");
   ASSERT_FALSE(id.empty());
   Window w = std::strtoul(id.c_str(), nullptr, 10);
-  ASSERT_TRUE(t.attend("empilements"));
+  ASSERT_TRUE(t.attend("empilements", 20000));
   Display* d = XOpenDisplay(nullptr);
   ASSERT_NE(d, nullptr);
   t.ecrit("sou(\"degrade\")\r");
-  dort(300);
+  // Many different pictures read back within `ms` (a frame every few
+  // milliseconds when the machine is free; a loaded one is slower, and the
+  // wait only ends early).
+  auto images = [&](std::size_t voulu, int ms) {
+    std::set<int> vus;
+    auto fin = std::chrono::steady_clock::now() + std::chrono::milliseconds(ms);
+    while (vus.size() < voulu && std::chrono::steady_clock::now() < fin) {
+      vus.insert(rouge(d, w, 20, 20));
+      dort(37);
+    }
+    return vus;
+  };
+  EXPECT_GE(images(2, 20000).size(), 2u);
   // Half a line, typed one key at a time as a person would.
   for (char c : std::string("x = 42"))
     t.ecrit(std::string(1, c)), dort(30);
-  std::set<int> vus;
-  for (int k = 0; k < 12; ++k) {
-    vus.insert(rouge(d, w, 20, 20));
-    dort(37);
-  }
+  ASSERT_TRUE(t.attend("x = 42", 20000));  // echoed: the editor has the keys
+  std::set<int> vus = images(6, 20000);
   EXPECT_EQ(vus.count(-1), 0u);
-  // A frame every few milliseconds: a dozen reads see many pictures.
   EXPECT_GE(vus.size(), 6u);
   // Not run yet: the line is not finished.
   EXPECT_EQ(t.lu.find("4217"), std::string::npos);
   t.ecrit("17\r");
   t.ecrit("$ x + 1\r");
-  EXPECT_TRUE(t.attend("4218.000000"));
+  EXPECT_TRUE(t.attend("4218.000000", 20000));
   // Still animating after the line ran.
-  vus.clear();
-  for (int k = 0; k < 6; ++k) {
-    vus.insert(rouge(d, w, 20, 20));
-    dort(37);
-  }
-  EXPECT_GE(vus.size(), 3u);
+  EXPECT_GE(images(3, 20000).size(), 3u);
   XCloseDisplay(d);
   if (HasFailure()) std::fprintf(stderr, "---- terminal\n%s\n----\n", t.lu.c_str());
 }

@@ -3,18 +3,44 @@
 // return codes back to the top-level prompt.
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
+#include <string>
+
 #include "../outils/processus.h"
 
 namespace {
+// Processor time the process has used, in clock ticks.
+long temps_cpu(pid_t pid) {
+  std::ifstream f("/proc/" + std::to_string(pid) + "/stat");
+  std::string l;
+  std::getline(f, l);
+  std::istringstream s(l.substr(l.rfind(')') + 2));
+  std::string champ;
+  long utime = 0;
+  for (int k = 3; k <= 14 && s >> champ; ++k)
+    if (k == 14) utime = std::stol(champ);
+  return utime;
+}
+
+// Waits (20 s at most) until the process has computed `ticks` more: a loop
+// is running, whatever the load of the machine.
+void attend_calcul(pid_t pid, long ticks) {
+  long t0 = temps_cpu(pid);
+  for (int k = 0; k < 2000 && temps_cpu(pid) < t0 + ticks; ++k) usleep(10000);
+}
+
 Processus boucle_lancee(const char* ligne) {
   Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h"});
-  EXPECT_TRUE(attend(p, "empilements"));
-  usleep(100000);  // the handler is set just after the sizes report
+  EXPECT_TRUE(attend(p, "empilements", 20000));
+  // A line answered: the prompt reads, so the handler is set.
+  tape(p, "$ \"@pret\"");
+  EXPECT_TRUE(attend(p, "@pret", 20000));
   tape(p, ligne);
-  usleep(200000);  // well into the loop
+  attend_calcul(p.pid, 10);  // well into the loop
   p.lu.clear();
   kill(p.pid, SIGINT);
-  EXPECT_TRUE(attend(p, "Interruption"));
+  EXPECT_TRUE(attend(p, "Interruption", 20000));
   return p;
 }
 }  // namespace
@@ -37,12 +63,12 @@ TEST(InterruptionBoucle, AbandonReturnsToThePrompt) {
 TEST(InterruptionBoucle, PauseRunsOneLineThenRestarts) {
   Processus p = boucle_lancee("pour (i = 1, 1e9) x = i");
   tape(p, "2");
-  ASSERT_TRUE(attend(p, "Pause>"));
+  ASSERT_TRUE(attend(p, "Pause>", 20000));
   tape(p, "$ i > 1");  // the line sees the interrupted loop's variable
-  ASSERT_TRUE(attend(p, "1.000000"));
+  ASSERT_TRUE(attend(p, "1.000000", 20000));
   p.lu.clear();
   tape(p, "$ 8");  // back at the prompt, the loop abandoned
-  EXPECT_TRUE(attend(p, "8.000000"));
+  EXPECT_TRUE(attend(p, "8.000000", 20000));
   EXPECT_EQ(termine(p), 0);
 }
 
