@@ -2,6 +2,7 @@
 // of the shell for ever. The end of the console's input ends the program
 // with status 0; a restart from the interruption menu comes back here by
 // return codes.
+#include "anim/anim.h"
 #include "device/device.h"
 #include "display/display.h"
 #include "interp/interp.h"
@@ -12,6 +13,7 @@
 int main(int argc, char** argv) {
   fenetre_enregistre();
   persist_enregistre();
+  interaction_enregistre();
   periph_enregistre();
   audio_enregistre();
   outils_enregistre();

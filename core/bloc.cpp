@@ -60,6 +60,7 @@ bool mal_init(long dim) {
 }
 
 mot* bloc_alloue(mot n) {
+  ++memoire.appels;
   long taille = n < 0 ? -static_cast<long>(n) : n;
   mot* b = n ? static_cast<mot*>(tas::alloue(taille * sizeof(mot))) : nullptr;
   if (!b) {

@@ -104,6 +104,7 @@ inline mot etat_ou(int env, int ord, mot defaut) {
 // ---- allocation --------------------------------------------------------
 struct Memoire {
   long compteur = 0;             // allocations less releases
+  long appels = 0;               // calls of bloc_alloue, ever
   void** mal = nullptr;          // debug table of live Blocs (key mal)
   long mal_dim = 0, mal_haut = 0;
 };

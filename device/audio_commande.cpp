@@ -1,20 +1,26 @@
 // The command `audio`: its clauses set the capture's fields at once, and
-// then one action runs: opening (ini), closing (fin), or a read of a fresh
-// window that gives the three measures, the signal (var), the spectrum
-// (fenetre), the filtered window (max), the peaks (pic) or the pitch (tem).
+// then one action runs: opening (ini), closing (fin), playing a sound file
+// (bip), fading one out (bosse), or a read of a fresh window that gives the
+// three measures, the signal (var), the spectrum (fenetre), the filtered
+// window (max), the peaks (pic), smoothed on demand (cadence), or the pitch
+// (tem).
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 
 #include "core/message.h"
 #include "device/device.h"
+#include "device/periph_interne.h"
+#include "geom/geom.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
 
 namespace {
 constexpr int A_VAR = 21, A_INI = 24, A_EDI = 36, A_BIP = 52, A_MAX = 54, A_MIN = 55, A_FIN = 61,
               A_PIC = 81, A_PLANCHE = 90, A_TEM = 98, A_FENETRE = 102;
-constexpr int B_AUDIO = 136;
+constexpr int B_NURBS = 45, B_CADENCE = 106, B_TIRE = 130, B_AUDIO = 136, B_BOSSE = 143;
+// The action of b143 among those of list "a".
+constexpr int ACTION_BOSSE = 1000 + B_BOSSE;
 constexpr int MAX_FENETRES_HAUTEUR = 1000;
 
 // A phrase's elements: [length, env, ordinal, value...] after its header.
@@ -26,6 +32,10 @@ const mot* argument(const mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
 // to the stack: sized once, so that a read allocates nothing.
 std::uint8_t octets[AUDIO_MAX];
 float travail[AUDIO_MAX];
+// The peaks as a line of points (index, value, 0), and the count wanted,
+// in the form of the fitting routine's arguments.
+mot ligne[4 + 3 * AUDIO_MAX];
+mot nombre_voulu[5];
 
 // Up to `max` numbers of a clause's value; -1 when it holds something else.
 int nombres(const mot* v, float* x, int max) {
@@ -73,7 +83,75 @@ struct Clauses {
   float p[3] = {};
   int n = 0;       // numbers given to the action
   bool liste = false;  // var was asked: the peaks come as their list
+  const char* nom = nullptr;  // the sound file of bip and bosse
+  float fraction = 0.5f;      // where the fade of bosse begins
+  // The smoothing of the peaks: asked by cadence, with its count of points,
+  // the curve of nurbs (points between two, tension, flag) and the law of
+  // spacing of tire.
+  bool lisse = false;
+  float voulus = 0;
+  int nb_voulus = 0;
+  float courbe[3] = {};
+  int nb_courbe = 0;
+  float loi = 0;
 };
+
+// A file name, alone or followed by a number: ("son.wav") or ("son.wav", 0.3).
+int nom_et_nombre(const mot* v, const char** nom, float* x) {
+  if (!v || v[0] < 4) return -1;
+  if (v[1] == BLOC_CHAINE) return (*nom = texte_de(v)) ? 0 : -1;
+  if (v[1] != BLOC_LISTE || v[2] < 1 || v[2] > 2) return -1;
+  const mot* e = v + 4;
+  if (!(*nom = texte_de(e))) return -1;
+  if (v[2] == 1) return 0;
+  e += taille_item(e);
+  float y[2];
+  if (nombres(e, y, 2) != 1 || !std::isfinite(y[0])) return -1;
+  *x = y[0];
+  return 0;
+}
+
+// The peaks of travail[0..n) through the fitting routine, their values
+// written over the phrase: the count of values, 0 when the routine said why
+// it gave none, or below 0.
+int lisse(mot* bloc, const mot* limite, const Clauses& c, int n) {
+  ligne[0] = 4 + 3 * n;
+  ligne[1] = BLOC_REEL;
+  ligne[2] = 3 * n;
+  ligne[3] = 1;
+  for (int k = 0; k < n; ++k) {
+    ligne[4 + 3 * k] = reel_mot(static_cast<float>(k));
+    ligne[5 + 3 * k] = reel_mot(travail[k]);
+    ligne[6 + 3 * k] = reel_mot(0);
+  }
+  nombre_voulu[0] = 5;
+  nombre_voulu[1] = BLOC_REEL;
+  nombre_voulu[2] = 1;
+  nombre_voulu[3] = 1;
+  nombre_voulu[4] = reel_mot(c.nb_voulus > 0 ? c.voulus : static_cast<float>(n));
+  ParamCourbe pc;
+  Ajust a;
+  a.ligne = ligne;
+  a.nombre = nombre_voulu;
+  if (c.nb_courbe > 0) {
+    mot s = 0;
+    if (entier_de(c.courbe[0], &s, 0, 1000) < 0) return ECHEC;
+    pc.s = s;
+    if (c.nb_courbe > 1) pc.t = c.courbe[1];
+    if (c.nb_courbe > 2) pc.f = entier_sature(c.courbe[2]);
+    a.params = &pc;
+  }
+  a.loi = entier_sature(c.loi);
+  bloc[1] = 0;
+  const int r = ajust_1(nullptr, bloc, limite, &a);
+  if (r < 0) return r;
+  if (bloc[1] != BLOC_REEL) return 0;
+  // Only the second coordinate is kept, moved down in place.
+  const mot m = bloc[2] / 3;
+  for (mot k = 0; k < m; ++k) bloc[4 + k] = bloc[5 + 3 * k];
+  resultat_reels(bloc, limite, m);
+  return m;
+}
 
 int cmd_audio(mot* bloc, mot* valeur, const mot* limite) {
   if (valeur) return refuse(1, B_AUDIO);
@@ -82,9 +160,29 @@ int cmd_audio(mot* bloc, mot* valeur, const mot* limite) {
   for (mot k = 1; k < bloc[2]; ++k) {
     e = element_suivant(e);
     const int env = e[1], ord = e[2];
+    if ((env == 0 && ord == A_BIP) || (env == 1 && ord == B_BOSSE)) {
+      if (nom_et_nombre(argument(e), &c.nom, &c.fraction) < 0) return refuse(env, ord);
+      c.action = env == 0 ? A_BIP : ACTION_BOSSE;
+      continue;
+    }
     float x[3] = {};
     const int n = nombres(argument(e), x, 3);
     if (n < 0) return refuse(env, ord);
+    if (env == 1 && (ord == B_CADENCE || ord == B_NURBS || ord == B_TIRE)) {
+      for (int i = 0; i < n; ++i)
+        if (!std::isfinite(x[i])) return refuse(env, ord);
+      if (ord == B_CADENCE) {
+        c.lisse = true;
+        c.voulus = x[0];
+        c.nb_voulus = n;
+      } else if (ord == B_NURBS) {
+        std::memcpy(c.courbe, x, sizeof x);
+        c.nb_courbe = n;
+      } else {
+        c.loi = n > 0 ? x[0] : 0;
+      }
+      continue;
+    }
     if (env != 0) {
       std::printf("non implemente\a\n");
       bloc[0] = 0;
@@ -114,7 +212,7 @@ int cmd_audio(mot* bloc, mot* valeur, const mot* limite) {
         c.liste = true;
         if (!c.action) c.action = A_VAR;
         break;
-      case A_INI: case A_FIN: case A_FENETRE: case A_PIC: case A_TEM: case A_BIP:
+      case A_INI: case A_FIN: case A_FENETRE: case A_PIC: case A_TEM:
         for (int i = 0; i < n; ++i)
           if (!std::isfinite(x[i])) return refuse(env, ord);
         c.action = ord;
@@ -136,8 +234,9 @@ int cmd_audio(mot* bloc, mot* valeur, const mot* limite) {
       audio_ferme(true);
       return 0;
     case A_BIP:
-      std::printf("non implemente\a\n");
-      return 0;
+      return son_joue(c.nom) < 0 ? ECHEC : 0;
+    case ACTION_BOSSE:
+      return son_bosse(c.nom, c.fraction) < 0 ? ECHEC : 0;
     case A_TEM: {
       if (c.n < 1) return refuse(0, A_TEM);
       const float e = c.n > 1 ? c.p[1] : 0;
@@ -183,7 +282,13 @@ int cmd_audio(mot* bloc, mot* valeur, const mot* limite) {
         h = m;
       }
       if (h > w / 2) h = w / 2;
-      const int n = audio_pics(w, h, audio.ecart_pics, travail);
+      int n = audio_pics(w, h, audio.ecart_pics, travail);
+      if (c.lisse && n > 0) {
+        // The smoothed values stand in place of the list.
+        n = lisse(bloc, limite, c, n);
+        if (n < 0) return n == PILE_PLEINE ? (std::printf("DEBORDEMENT\n"), PILE_PLEINE) : ECHEC;
+        if (c.liste) return 0;
+      }
       if (c.liste) return rend(bloc, limite, travail, n);
       const float un = n > 0 ? 1.0f : 0.0f;
       return rend(bloc, limite, &un, 1);

@@ -8,8 +8,11 @@
 // MIDI input's, which writes nothing but the last message and the System
 // Exclusive flags.
 #pragma once
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
+#include <vector>
 
 #include "core/bloc.h"
 
@@ -136,3 +139,38 @@ int audio_pics(int w, int h, float d, float* sortie);
 // The spectrum of audio.echantillons over w points (a power of two, or the
 // FFT ends the process): real parts to re, imaginary parts to im.
 void audio_spectre(int w, float* re, float* im);
+
+// ---- sound files (WAV) and playback -----------------------------------------
+// A sound's format; format_son(code) gives the table's: code / 4 the rate
+// (8000, 11025, 22050, 44100), code mod 4 the sample (8-bit mono, 16-bit
+// mono, 8-bit stereo, 16-bit stereo). Code 0 is the capture's.
+struct FormatSon {
+  std::uint32_t taux = 8000, octets_s = 8000;  // frames and bytes a second
+  std::uint16_t canaux = 1, bits = 8, bloc = 1;  // bloc: bytes a frame
+};
+FormatSon format_son(int code);
+// A WAV file read whole: its format and where its samples lie in the bytes.
+struct Son {
+  FormatSon format;
+  std::size_t debut = 0, taille = 0;
+};
+// The most sample bytes a sound file may hold.
+constexpr std::size_t SON_MAX_DONNEES = 1000000;
+constexpr int M_SON_GRAND = 128, M_SON_SORTIE = 129;  // env 1
+// 0 when the bytes are a whole PCM WAV file (8 or 16 bits, 1 or 2
+// channels) whose sizes agree with its length; -1 otherwise.
+int son_analyse(std::span<const std::uint8_t> o, Son& s);
+// The 44 bytes in front of `taille` bytes of samples.
+std::vector<std::uint8_t> son_entete(const FormatSon& f, std::uint32_t taille);
+// The fade out of samples: from byte trunc(size x fraction), at least 16,
+// to the end, a gain falling from 1 to 0, frame by frame.
+void son_fondu(std::span<std::uint8_t> d, const FormatSon& f, float fraction);
+// Reads and checks a file (0, or -1 after message 0:36, 1:127 or 1:128);
+// writes one through a temporary beside it (0, or -1 after message 0:37).
+int son_lit(const char* nom, std::vector<std::uint8_t>& o, Son& s);
+int son_ecrit(const char* nom, std::span<const std::uint8_t> o);
+// The edit of b143: the file faded out from `fraction` and written back.
+int son_bosse(const char* nom, float fraction);
+// Plays a file on ALSA's default device (-1 after its messages); a new
+// sound stops the one before.
+int son_joue(const char* nom);

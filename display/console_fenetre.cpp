@@ -72,6 +72,7 @@ bool console_pas() {
     for (int n = 0; installe && n < 512 && octet_attend(); ++n) rl_callback_read_char();
   }
   if (!console_ligne_prete()) return false;
+  if (fen.outil_fini_seul && fen.mode_interactif != 0 && console_fin_seule()) return false;
   lecture_console.non_bloquante = true;
   shell(1, 0, piles.eva_base, 0);
   lecture_console.non_bloquante = false;

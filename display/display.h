@@ -44,6 +44,9 @@ struct Fenetre {
   // "menu" list's; -1 when none.
   int racines[2] = {-1, -1};
   long images = 0;             // idle steps run since the opening
+  // Set by a tool that ends by itself: the end of the console's input
+  // waits for it to give the events back before it ends the program.
+  bool outil_fini_seul = false;
   bool glut_pret = false;
 };
 extern Fenetre fen;

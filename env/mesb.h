@@ -131,3 +131,5 @@
 |125:Pixel hors de l'image\7\n
 |126:Pas de capture du son: peripherique absent ou refuse\7\n
 |127:Fichier son tronque ou illisible\7\n
+|128:Fichier son trop grand: 1000000 octets de son au plus\7\n
+|129:Pas de sortie du son: peripherique absent ou refuse\7\n

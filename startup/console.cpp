@@ -181,6 +181,11 @@ bool console_ligne_prete() {
   }
 }
 
+bool console_fin_seule() {
+  return console_ligne_prete() && fin_vue && !std::memchr(tampon + t_pos, '\n', static_cast<std::size_t>(t_fin - t_pos)) &&
+         t_fin == t_pos;
+}
+
 void console_injecte(const char* ligne) {
   tasse();
   std::size_t n = std::strlen(ligne);

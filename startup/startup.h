@@ -179,6 +179,8 @@ extern LectureConsole lecture_console;
 // True when a whole line, or the end of the input, waits in the console's
 // buffer; reads what is there without waiting.
 bool console_ligne_prete();
+// True when the input has ended and no line, whole or not, is left.
+bool console_fin_seule();
 // Queues a line collected by a line editor, as if it had been read.
 void console_injecte(const char* ligne);
 // The command stack's reminder that the standard prompt shows.

@@ -1,0 +1,88 @@
+// The language inside the frame: the hooks, the attached program lists and
+// the lines typed after "!". A hook runs as a call built on the evaluation
+// stack, the stacks reset first as the shell does at the top level: no
+// text is compiled and nothing is allocated for it.
+#include <cstring>
+
+#include "anim/interne.h"
+#include "interp/interp.h"
+
+namespace {
+void sommet() {
+  if (!interp.fonction) {
+    cadre = Cadre{};
+    piles_reset();
+  }
+}
+}  // namespace
+
+int inter_lance(Objet* f) {
+  if (!f) return 0;
+  sommet();
+  mot* appel = piles.eva_haut;
+  if (appel + 8 > piles.eva_limite) {
+    message(0, MES_PILE);
+    return -1;
+  }
+  appel[0] = 4;
+  appel[1] = BLOC_OBJET;
+  appel[2] = ptr_vers_mot(f);
+  appel[3] = 0;
+  piles.eva_haut = appel + 4;
+  int r = appeler_fonction(appel, false);
+  piles.eva_haut = appel;
+  std::fflush(stdout);
+  return r < 0 ? -1 : 0;
+}
+
+int inter_liste(int i) {
+  for (Noeud_inter* n = inter.listes[i]; n; n = n->suivant) {
+    if (!n->phrase) continue;
+    sommet();
+    mot* b = piles.eva_haut;
+    if (b + n->phrase[0] + 1 > piles.eva_limite) {
+      message(0, MES_PILE);
+      return -1;
+    }
+    std::memcpy(b, n->phrase, sizeof(mot) * static_cast<std::size_t>(n->phrase[0]));
+    b[n->phrase[0]] = 0;
+    piles.eva_haut = b + n->phrase[0];
+    int r = executer_phrase(b);
+    piles.eva_haut = b;
+    if (r < 0) return -1;
+    if (!inter.en_cours) return 0;
+  }
+  return 0;
+}
+
+int inter_liste_ajoute(int i, Vol_inter* cible, const mot* phrase) {
+  auto* n = new Noeud_inter;
+  n->cible = cible;
+  n->phrase = bloc_duplique(phrase);
+  if (!n->phrase) {
+    delete n;
+    return -1;
+  }
+  Noeud_inter** p = &inter.listes[i];
+  while (*p) p = &(*p)->suivant;
+  *p = n;
+  return 0;
+}
+
+void inter_listes_libere() {
+  for (Noeud_inter*& l : inter.listes) {
+    while (l) {
+      Noeud_inter* s = l->suivant;
+      bloc_libere(l->phrase);
+      delete l;
+      l = s;
+    }
+  }
+}
+
+int inter_ligne(const char* texte) {
+  sommet();
+  int r = executer_texte(texte);
+  std::fflush(stdout);
+  return r;
+}

@@ -1,0 +1,249 @@
+// The live scene in a real window under Xvfb: hooks, the frame count, the
+// frame files, Escape, pause, single steps, key bindings, typed lines and
+// a drag, driven by xdotool from a second process.
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "../display/outils_fenetre.h"
+
+namespace {
+namespace fs = std::filesystem;
+
+struct Scene : Session {
+  Scene() : Session({"uti=tests/anim/fixtures"}) {}
+  // The mode of the window, as `fen` gives it.
+  float mode() {
+    auto v = valeurs(p, "fen");
+    return v.size() > 2 ? v[2] : -1;
+  }
+  bool attend_mode(float m, int ms = 10000) {
+    for (int t = 0; t < ms; t += 50) {
+      if (mode() == m) return true;
+      dort(50);
+    }
+    return false;
+  }
+  // Waits until the counter satisfies the test; its last value.
+  template <class F>
+  float attend_compteur(const std::string& nom, F test, int ms = 10000) {
+    float v = -1;
+    for (int t = 0; t < ms; t += 50) {
+      if (test(v = compteur(nom))) break;
+      dort(50);
+    }
+    return v;
+  }
+  float compteur(const std::string& nom) {
+    auto v = valeurs(p, nom);
+    return v.empty() ? -1 : v[0];
+  }
+};
+
+std::string lit(const fs::path& f) {
+  std::ifstream i(f, std::ios::binary);
+  return {std::istreambuf_iterator<char>(i), {}};
+}
+
+TEST(Interaction, TourneCinquanteImagesEtFichiers) {
+  Scene s;
+  ASSERT_TRUE(attend(s.p, "empilements"));
+  fs::path d = fs::temp_directory_path() / ("scene_" + std::to_string(getpid()));
+  fs::remove_all(d);
+  fs::create_directories(d);
+  tape(s.p, "vol(1) cube(90)");
+  tape(s.p, "lum(1) som(0, 0, -1000)");
+  tape(s.p, "interaction fonc(\"tourne\") tem(50) cadence(0) nom_img(\"" + (d / "f.png").string() + "\")");
+  ASSERT_TRUE(s.attend_mode(0, 20000));
+  // The hook ran once a frame, 50 frames, and each frame was written.
+  EXPECT_EQ(s.compteur("tours"), 50);
+  for (int k = 1; k <= 50; ++k) {
+    char nom[16];
+    std::snprintf(nom, sizeof nom, "f%04d.png", k);
+    ASSERT_TRUE(fs::exists(d / nom)) << nom;
+  }
+  EXPECT_FALSE(fs::exists(d / "f0051.png"));
+  std::string a = lit(d / "f0001.png"), b = lit(d / "f0007.png"), c = lit(d / "f0050.png");
+  ASSERT_GT(a.size(), 8u);
+  EXPECT_EQ(a.substr(1, 3), "PNG");
+  // The cube turned between frames: the pictures differ.
+  EXPECT_NE(a, b);
+  EXPECT_NE(b, c);
+  // The same scene saved as .bmp, through the same writer.
+  tape(s.p, "interaction fonc(\"tourne\") tem(3) cadence(0) nom_img(\"" + (d / "g.bmp").string() + "\")");
+  ASSERT_TRUE(s.attend_mode(0));
+  std::string g = lit(d / "g0003.bmp");
+  ASSERT_GT(g.size(), 2u);
+  EXPECT_EQ(g.substr(0, 2), "BM");
+  // Back at the prompt, the scene's objects are there.
+  EXPECT_EQ(valeurs(s.p, "vol(1) som(1)").size(), 3u);
+  fs::remove_all(d);
+}
+
+TEST(Interaction, EchappementPermisOuNon) {
+  Scene s;
+  ASSERT_TRUE(attend(s.p, "empilements"));
+  tape(s.p, "vol(1) cube(50)");
+  // 40 frames at 25 a second, Escape not allowed.
+  tape(s.p, "interaction fonc(\"compte\") tem(40, 0, 0) cadence(25)");
+  ASSERT_TRUE(s.attend_mode(85));
+  s.touche("Escape");
+  dort(300);
+  // Nothing happens: the frames go on to their count.
+  EXPECT_EQ(s.mode(), 85);
+  ASSERT_TRUE(s.attend_mode(0));
+  EXPECT_EQ(s.compteur("images"), 40);
+  // Allowed (the default): Escape ends the loop.
+  tape(s.p, "interaction fonc(\"compte\") cadence(0)");
+  ASSERT_TRUE(s.attend_mode(85));
+  s.touche("Escape");
+  ASSERT_TRUE(s.attend_mode(0));
+  float b = s.compteur("images");
+  EXPECT_GT(b, 40);
+  dort(300);
+  EXPECT_EQ(s.compteur("images"), b);
+}
+
+TEST(Interaction, PauseEtPasUnique) {
+  Scene s;
+  ASSERT_TRUE(attend(s.p, "empilements"));
+  tape(s.p, "vol(1) cube(50)");
+  tape(s.p, "interaction fonc(\"compte\") cadence(0)");
+  ASSERT_TRUE(s.attend_mode(85));
+  s.touches("[");
+  ASSERT_TRUE(s.attend_mode(-85));
+  float a = s.compteur("images");
+  dort(300);
+  EXPECT_EQ(s.compteur("images"), a);
+  s.touches("]");
+  ASSERT_TRUE(s.attend_mode(85));
+  EXPECT_GT(s.attend_compteur("images", [&](float v) { return v > a; }), a);
+  // pas(3) arms the latch: one frame, not three, then nothing.
+  tape(s.p, "interaction pas(3)");
+  dort(300);
+  float b = s.compteur("images");
+  dort(300);
+  EXPECT_EQ(s.compteur("images"), b);
+  tape(s.p, "interaction pas(-1)");
+  EXPECT_EQ(s.attend_compteur("images", [&](float v) { return v > b; }), b + 1);
+  dort(300);
+  EXPECT_EQ(s.compteur("images"), b + 1);
+  tape(s.p, "interaction pas(0)");
+  EXPECT_GT(s.attend_compteur("images", [&](float v) { return v > b + 3; }), b + 3);
+}
+
+TEST(Interaction, ToucheLieeLigneTapeeEtTableDesTouches) {
+  Scene s;
+  ASSERT_TRUE(attend(s.p, "empilements"));
+  tape(s.p, "vol(1) cube(50)");
+  tape(s.p, "interaction cadence(50)");
+  ASSERT_TRUE(s.attend_mode(85));
+  tape(s.p, "interaction cle(\"touche t\")");
+  tape(s.p, "interaction cle(\"touche encore\")");
+  dort(100);
+  s.touches("t");
+  EXPECT_EQ(s.attend_compteur("touches", [](float v) { return v >= 1; }), 1);
+  s.touches("<encore");
+  s.touche("Return");
+  EXPECT_EQ(s.attend_compteur("touches", [](float v) { return v >= 2; }), 2);
+  // A line typed after "!" runs inside the loop.
+  s.touches("!x = 4321");
+  s.touche("Return");
+  EXPECT_EQ(s.attend_compteur("x", [](float v) { return v == 4321; }), 4321);
+  EXPECT_EQ(s.mode(), 85);
+  // The table holds 100 names: the 101st is refused once; a name of 21
+  // characters is too long.
+  for (int k = 3; k <= 101; ++k) tape(s.p, "interaction cle(\"touche k" + std::to_string(k) + "\")");
+  EXPECT_TRUE(attend(s.p, "TROP D'ASCII"));
+  tape(s.p, "interaction cle(\"touche abcdefghijklmnopqrstu\")");
+  EXPECT_TRUE(attend(s.p, "Depassement de taille"));
+  EXPECT_EQ(compte(s.p.lu, "TROP D'ASCII"), 1u);
+  EXPECT_EQ(s.mode(), 85);
+}
+
+TEST(Interaction, GlisserTourneLeVolumeChoisi) {
+  Scene s;
+  ASSERT_TRUE(attend(s.p, "empilements"));
+  tape(s.p, "vol(1) cube(150)");
+  tape(s.p, "interaction cadence(50)");
+  ASSERT_TRUE(s.attend_mode(85));
+  tape(s.p, "interaction sou(35)");
+  dort(200);
+  xdo("mousemove --window " + s.fenetre + " 160 120");
+  dort(100);
+  xdo("mousedown 1");
+  dort(100);
+  for (int x = 170; x <= 240; x += 10) {
+    xdo("mousemove --window " + s.fenetre + " " + std::to_string(x) + " 120");
+    dort(30);
+  }
+  xdo("mouseup 1");
+  dort(200);
+  // 80 pixels to the right of 320: -90 degrees about x.
+  auto r = valeurs(s.p, "interaction vol(1) rotx");
+  ASSERT_EQ(r.size(), 1u);
+  EXPECT_NEAR(r[0], -90, 1);
+  // A press outside every volume picks nothing: no turn.
+  xdo("mousemove --window " + s.fenetre + " 10 10");
+  xdo("mousedown 1");
+  xdo("mousemove --window " + s.fenetre + " 60 10");
+  xdo("mouseup 1");
+  dort(200);
+  EXPECT_NEAR(valeurs(s.p, "interaction vol(1) rotx").at(0), -90, 1);
+}
+
+TEST(Interaction, MauvaisesEntrees) {
+  Scene s;
+  ASSERT_TRUE(attend(s.p, "empilements"));
+  tape(s.p, "vol(1) cube(50)");
+  // An unknown hook: a message, nothing starts.
+  tape(s.p, "interaction fonc(\"pas_de_telle_fonction\")");
+  EXPECT_TRUE(attend(s.p, "pas_de_telle_fonction: Introuvable"));
+  EXPECT_EQ(s.mode(), 0);
+  // A scripted mouse that is not triples.
+  tape(s.p, "interaction seq(1, 2, 3, 4)");
+  EXPECT_TRUE(attend(s.p, "interaction souris"));
+  EXPECT_EQ(s.mode(), 0);
+  // A hook failing at every frame ends the loop at its first frame.
+  tape(s.p, "interaction fonc(\"echoue\") fin(\"fini\")");
+  ASSERT_TRUE(s.attend_mode(0));
+  EXPECT_EQ(s.compteur("finis"), 1);
+  // An unknown volume in the list is skipped.
+  tape(s.p, "interaction vol(1, 4711) fonc(\"compte\") tem(5) cadence(0)");
+  ASSERT_TRUE(s.attend_mode(0));
+  EXPECT_EQ(s.compteur("images"), 5);
+  EXPECT_EQ(valeurs(s.p, "vol(1) som(2)").size(), 3u);
+}
+
+TEST(Interaction, PhraseAttacheeAChaqueImage) {
+  Scene s;
+  ASSERT_TRUE(attend(s.p, "empilements"));
+  tape(s.p, "vol(1) cube(60)");
+  tape(s.p, "interaction fonc(\"compte\") cadence(0)");
+  ASSERT_TRUE(s.attend_mode(85));
+  const std::vector<float> a = valeurs(s.p, "vol(1) som(1)");
+  // The phrase behind anim runs at every frame: the cube turns.
+  tape(s.p, "interaction anim vol(1) roty(3)");
+  float i = s.compteur("images");
+  s.attend_compteur("images", [&](float v) { return v > i + 5; });
+  const std::vector<float> b = valeurs(s.p, "vol(1) som(1)");
+  ASSERT_EQ(b.size(), 3u);
+  EXPECT_NE(a, b);
+  EXPECT_EQ(s.mode(), 85);
+  // An option with nothing behind it is refused; the loop goes on.
+  tape(s.p, "interaction anim");
+  EXPECT_TRUE(attend(s.p, "anim Type de valeur illegal"));
+  EXPECT_EQ(s.mode(), 85);
+}
+
+TEST(Interaction, SansFenetre) {
+  Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h"});
+  tape(p, "vol(1) cube(50)");
+  tape(p, "interaction tem(10)");
+  tape(p, "$ vol(1) som(1)");
+  EXPECT_TRUE(attend(p, "Pas de fenetre graphique\n"));
+  EXPECT_TRUE(attend(p, "-25.000000 -25.000000 -25.000000"));
+  EXPECT_EQ(termine(p), 0);
+}
+}  // namespace
