@@ -16,6 +16,14 @@ struct OutilsInter {
   void (*affiche_menu)() = nullptr;     // frame step 23: the menu overlay
   void (*entre_mode)(int mode) = nullptr;  // a mode is entered (85) or left (0)
   int (*lit_menus)(const char* nom) = nullptr;  // the menu file of b74
+  // Whether the next mode's menu goes to the right button (b144).
+  void (*attache_menu)(bool attache) = nullptr;
+  // The `puls` phrase (a95), handed the phrase from that keyword on.
+  int (*puls)(std::int32_t* bloc, std::int32_t* valeur, const std::int32_t* limite) = nullptr;
+  // A command line for the "exec" submenu (a69); function names for the
+  // "menu" submenu (a82). 0, or -1 after a message.
+  int (*exec_ajoute)(const char* ligne) = nullptr;
+  int (*menu_ajoute)(const char* noms) = nullptr;
 };
 extern OutilsInter outils_inter;
 
@@ -32,6 +40,7 @@ struct ArgsInter {
   const char* nom_images = nullptr;
   int nb_images = 0, nb_premieres = 0, echap_permis = 1;
   int cadence = 25;
+  int attache_menu = 1;  // b144: the mode's menu on the right button
 };
 // Starts an interaction: 0, or -1 after a message (nothing is left running).
 int interaction_debut(const ArgsInter& a);
@@ -43,6 +52,10 @@ void interaction_fin();
 void interaction_menu(int entree);
 // The "memoire" submenu, entries 1 to 4.
 void interaction_memoire(int entree);
+// Adds a phrase (a copy of it is kept) to attached program list `liste`
+// (0 to 5, 6 the spare one) with the record of volume `vol` (0: none) as
+// its target. 0, or -1 when no interaction runs or the list is refused.
+int interaction_liste_ajoute(int liste, int vol, const std::int32_t* phrase);
 // Frames completed, and whether an interaction runs.
 long interaction_num_image();
 bool interaction_en_cours();

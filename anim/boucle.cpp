@@ -195,6 +195,7 @@ int interaction_debut(const ArgsInter& a) {
   inter.cmd_souris = inter.cmd_rayon = inter.souris_active = 0;
   inter.projection = vide.projection;
   inter.echap_permis = a.echap_permis;
+  inter.attache_menu = a.attache_menu;
   inter.efface_fond = 1;
   inter.affiche_menu = inter.rendu_fin = inter.num_fond = 0;
   inter.tache_eye = 0;
@@ -259,7 +260,11 @@ int interaction_debut(const ArgsInter& a) {
   }
   // 8-9. The window's state for the scene.
   lum_gl();
-  if (outils_inter.entre_mode) outils_inter.entre_mode(MODE_INTER);
+  // The mode's pop-up menu is made only when Escape may end the loop.
+  if (inter.echap_permis) {
+    if (outils_inter.attache_menu) outils_inter.attache_menu(inter.attache_menu != 0);
+    if (outils_inter.entre_mode) outils_inter.entre_mode(MODE_INTER);
+  }
   glEnable(GL_BLEND);
   glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
   if (etat_ou(1, B_RAPIDE, 1) <= 0) glEnable(GL_CULL_FACE);
@@ -391,6 +396,7 @@ void interaction_fin() {
     inter.fonc_fin = nullptr;
     inter_lance(f);
   }
+  if (outils_inter.attache_menu) outils_inter.attache_menu(true);
   if (outils_inter.entre_mode) outils_inter.entre_mode(0);
   if (fen.fenetre > 0) {
     for (GLenum c : {GL_TEXTURE_2D, GL_DEPTH_TEST, GL_FOG, GL_BLEND, GL_CULL_FACE, GL_POINT_SMOOTH, GL_NORMALIZE,

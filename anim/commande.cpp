@@ -16,7 +16,7 @@
 
 namespace {
 constexpr int A_PAS_ = 3, A_FONC_ = 6, A_NOM_IMG = 15, A_BROU = 47, A_OPT = 50, A_ETAPE = 51, A_CLE = 56, A_FIN = 61,
-              A_EXEC = 69, A_NOM_ = 82, A_TEM = 98, A_ALI = 107;
+              A_EXEC = 69, A_NOM_ = 82, A_PULS = 95, A_TEM = 98, A_ALI = 107;
 constexpr int B_SOU = 16, B_PAS = 18, B_ECRAN = 19, B_SEQ_ = 22, B_LUM_ = 24, B_ZBU = 25, B_COE_ = 42,
               B_NB_ = 47, B_TRACE = 55, B_MENU = 74, B_INTER = 85, B_GLIDE = 103, B_CADENCE = 106,
               B_BRO = 120, B_ANIM = 93, B_NURBS_ = 45, B_ATT_MENU = 144, B_ETAT = 145, B_MEM_ = 148, B_RES_ = 161, B_PICK = 60;
@@ -194,6 +194,18 @@ int option(mot* bloc, const mot* e, const mot* limite) {
         // `pas` is spelt as the interpreter's step keyword too: in this
         // phrase it is the frame's.
         return option_pas(bloc, v, 0);
+      case A_PULS: {
+        // The puls phrase from this keyword on, moved in place to the
+        // front of the block: its handler reads it as its own.
+        if (!outils_inter.puls) return 1;
+        mot* debut_p = const_cast<mot*>(e);
+        mot n = 0;
+        for (const mot* c = e, *fin = bloc + bloc[0]; c < fin && c[0] >= 3; c += c[0]) ++n;
+        mot longueur = static_cast<mot>(bloc + bloc[0] - debut_p);
+        std::memmove(bloc + 4, debut_p, sizeof(mot) * static_cast<std::size_t>(longueur));
+        bloc[0] = 4 + longueur, bloc[2] = n;
+        return outils_inter.puls(bloc, nullptr, limite);
+      }
       case A_ETAPE:
         inter.etape = nombres(v, x, 1) > 0 ? static_cast<int>(x[0]) : 6;
         return rien(bloc);
@@ -269,6 +281,7 @@ int debut(mot* bloc) {
   bool avec_vols = false;
   std::string nom_images;
   int libre = 1;
+  inter.nb_mem = 0;
   mot* e = bloc + 4;
   for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
     const mot* v = valeur(e);
@@ -323,8 +336,20 @@ int debut(mot* bloc) {
         case A_BROU:
           if (nombres(v, x, 1) > 0) brouillard_etat.loi = static_cast<int>(x[0]) & 3;
           break;
+        case A_EXEC: {
+          const char* t = chaine(v);
+          if (!t) return refuse(0, A_EXEC);
+          if (outils_inter.exec_ajoute && outils_inter.exec_ajoute(t) < 0) return -1;
+          break;
+        }
+        case A_NOM_: {
+          const char* t = chaine(v);
+          if (!t) return refuse(0, A_NOM_);
+          if (outils_inter.menu_ajoute && outils_inter.menu_ajoute(t) < 0) return -1;
+          break;
+        }
         default:
-          break;  // a50, a69, a82, a107: kept for the tools
+          break;  // a50, a107
       }
       continue;
     }
@@ -377,7 +402,7 @@ int debut(mot* bloc) {
         if (nombres(v, x, 1) == 1) brouillard_etat.densite = x[0];
         break;
       case B_ATT_MENU:
-        if (nombres(v, x, 1) == 1) inter.attache_menu = static_cast<int>(x[0]);
+        if (nombres(v, x, 1) == 1) a.attache_menu = x[0] != 0;
         break;
       case B_ECRAN:
         plein_ecran(true);
@@ -387,11 +412,9 @@ int debut(mot* bloc) {
           return -1;
         break;
       case B_MEM_: {
-        inter.nb_mem = 0;
-        int n = nombres(v, x, 4);
         float y[64];
-        n = nombres(v, y, 64);
-        for (int k = 0; k < n; ++k) inter.mem_vols[inter.nb_mem++] = static_cast<int>(y[k]);
+        int n = nombres(v, y, 64);
+        for (int k = 0; k < n && inter.nb_mem < 64; ++k) inter.mem_vols[inter.nb_mem++] = static_cast<int>(y[k]);
         break;
       }
       case B_RES_:

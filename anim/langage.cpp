@@ -86,3 +86,8 @@ int inter_ligne(const char* texte) {
   std::fflush(stdout);
   return r;
 }
+
+int interaction_liste_ajoute(int liste, int vol, const mot* phrase) {
+  if (!inter.en_cours || liste < 0 || liste >= NB_LISTES || !phrase || phrase[1] != BLOC_PHRASE) return -1;
+  return inter_liste_ajoute(liste, vol ? vol_inter_de(vol) : nullptr, phrase);
+}

@@ -109,22 +109,21 @@ void interaction_memoire(int entree) {
   for (int i = 0; i < inter.nb_mem; ++i) {
     Vol_inter* v = vol_inter_de(inter.mem_vols[i]);
     if (!v) continue;
-    float x[4];
+    // Entries 1 to 3 all write the angle about the axis; entry 4 the axis
+    // with it.
+    float x[4] = {v->angle * RAD, 0, 0, 0};
     int n = 1;
-    switch (entree) {
-      case 1: x[0] = v->rotx * RAD; break;
-      case 2: x[0] = v->roty * RAD; break;
-      case 3: x[0] = v->rotz * RAD; break;
-      default:
-        x[0] = v->axe[0], x[1] = v->axe[1], x[2] = v->axe[2], x[3] = v->angle * RAD;
-        n = 4;
-    }
-    // The phrase mem(num) = values, built here and run as the language's.
-    char t[160];
-    if (n == 1) std::snprintf(t, sizeof t, "%s(%d) = %g", mot_nom(1, B_MEM), v->num, static_cast<double>(x[0]));
+    if (entree == 4) x[0] = v->axe[0], x[1] = v->axe[1], x[2] = v->axe[2], x[3] = v->angle * RAD, n = 4;
+    // The phrase vol(num) mem = values, built here and run as the
+    // language's: the volume's memory attribute holds them.
+    char t[200];
+    if (n == 1)
+      std::snprintf(t, sizeof t, "%s(%d) %s = %.9g", mot_nom(1, B_VOL), v->num, mot_nom(1, B_MEM),
+                    static_cast<double>(x[0]));
     else
-      std::snprintf(t, sizeof t, "%s(%d) = %g, %g, %g, %g", mot_nom(1, B_MEM), v->num, static_cast<double>(x[0]),
-                    static_cast<double>(x[1]), static_cast<double>(x[2]), static_cast<double>(x[3]));
+      std::snprintf(t, sizeof t, "%s(%d) %s = %.9g, %.9g, %.9g, %.9g", mot_nom(1, B_VOL), v->num, mot_nom(1, B_MEM),
+                    static_cast<double>(x[0]), static_cast<double>(x[1]), static_cast<double>(x[2]),
+                    static_cast<double>(x[3]));
     inter_ligne(t);
   }
 }

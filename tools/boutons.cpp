@@ -163,10 +163,7 @@ int puls_commande(mot* bloc, mot* valeur, const mot* limite) {
   }
   // With a volume the phrase is for the running scene's lists, which hold
   // it; without one running there is nothing to add it to.
-  if (liste) {
-    resultat_nil(bloc);
-    return 0;
-  }
+  if (liste) return outils::puls_liste(bloc);
   if (!nom || !nom[0]) {
     std::printf("puls nom\a\n");
     std::fflush(stdout);

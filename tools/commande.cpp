@@ -18,6 +18,7 @@
 namespace outils {
 void menus_enregistre();
 void menus_fichier_vide();
+void inter_enregistre();
 }  // namespace outils
 
 namespace {
@@ -90,6 +91,7 @@ int menu_commande(mot* bloc, mot* valeur, const mot* limite) {
 
 void outils_enregistre() {
   outils::menus_enregistre();
+  outils::inter_enregistre();
   commande_enregistre(0, outils::A_PULS, puls_commande);
   commande_enregistre(1, outils::B_MENU, menu_commande);
 }

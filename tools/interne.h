@@ -32,4 +32,6 @@ int nombres_de(const mot* v, float* x, int max);
 const char* chaine_entree(bool menu, int n);
 // The menus are rebuilt for the mode that now holds the window.
 void reconstruit();
+// A `puls` phrase with a volume: it joins the running scene's liste_2.
+int puls_liste(mot* bloc);
 }  // namespace outils

@@ -81,6 +81,10 @@ int menu_fonction_ajoute(std::string_view titre, std::span<const std::string_vie
 int menu_nb_entrees(int id);
 const char* menu_entree(int id, int n);
 
+// What choosing an entry of the running scene's mode menu does: 1 to 16
+// its entries, 101 to 104 those of its "memoire" submenu.
+void inter_menu_choix(int valeur);
+
 // ---- command buttons and puls ----------------------------------------------
 constexpr int NB_PULS = 100;
 constexpr int LONG_NOM_PULS = 23;
