@@ -41,6 +41,8 @@ struct ArgsInter {
   int nb_images = 0, nb_premieres = 0, echap_permis = 1;
   int cadence = 25;
   int attache_menu = 1;  // b144: the mode's menu on the right button
+  int nb_traces = 0;     // b55: frames of each volume's trace
+  int lissage = -1;      // a107: -1 none, 0 lines, 1 lines and polygons
 };
 // Starts an interaction: 0, or -1 after a message (nothing is left running).
 int interaction_debut(const ArgsInter& a);

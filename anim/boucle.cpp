@@ -154,8 +154,29 @@ void dynamique_pas() {}
 void attaches_pas() {}
 void ancres_verifie() {}
 void fond_image() {}
-void traces_pas() {}
-void premieres_images() {}
+// Step 25: each trace shifts by one matrix, the record's latest in front.
+void traces_pas() {
+  const std::size_t n = static_cast<std::size_t>(inter.nb_traces);
+  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) {
+    if (!v->trace) continue;
+    std::memmove(v->trace + 16, v->trace, sizeof(float) * 16 * (n - 1));
+    std::memcpy(v->trace, v->mat, sizeof v->mat);
+  }
+}
+
+// Step 27: over the first frames, the frame's number at the top left.
+void premieres_images() {
+  char t[48];
+  std::snprintf(t, sizeof t, "orvane %ld", inter.num_image + 1);
+  GLboolean prof = glIsEnabled(GL_DEPTH_TEST), lum = glIsEnabled(GL_LIGHTING);
+  glDisable(GL_DEPTH_TEST);
+  glDisable(GL_LIGHTING);
+  glColor3f(1, 1, 1);
+  glWindowPos2i(10, fen.dimy - 20);
+  for (const char* c = t; *c; ++c) glutBitmapCharacter(GLUT_BITMAP_HELVETICA_12, static_cast<unsigned char>(*c));
+  if (prof) glEnable(GL_DEPTH_TEST);
+  if (lum) glEnable(GL_LIGHTING);
+}
 
 int fin_frame() {
   interaction_fin();
@@ -196,6 +217,7 @@ int interaction_debut(const ArgsInter& a) {
   inter.projection = vide.projection;
   inter.echap_permis = a.echap_permis;
   inter.attache_menu = a.attache_menu;
+  inter.nb_traces = a.nb_traces;
   inter.efface_fond = 1;
   inter.affiche_menu = inter.rendu_fin = inter.num_fond = 0;
   inter.tache_eye = 0;
@@ -259,6 +281,14 @@ int interaction_debut(const ArgsInter& a) {
     return -1;
   }
   // 8-9. The window's state for the scene.
+  if (a.lissage >= 0) {
+    glEnable(GL_LINE_SMOOTH);
+    glHint(GL_LINE_SMOOTH_HINT, GL_NICEST);
+    if (a.lissage > 0) {
+      glEnable(GL_POLYGON_SMOOTH);
+      glHint(GL_POLYGON_SMOOTH_HINT, GL_NICEST);
+    }
+  }
   lum_gl();
   // The mode's pop-up menu is made only when Escape may end the loop.
   if (inter.echap_permis) {
@@ -282,6 +312,15 @@ int interaction_debut(const ArgsInter& a) {
     return -1;
   }
   if (!inter.en_cours) return -1;
+  if (inter.nb_images == 1) {
+    // One frame only: the scene is drawn at once over what the window
+    // shows, which the frame does not clear.
+    outil_projection();
+    if (dessine_scene() < 0) {
+      interaction_fin();
+      return -1;
+    }
+  }
   inter.t0 = ticks_ms();
   vue_calcule();
   fen.outil_fini_seul = inter.nb_images > 0;

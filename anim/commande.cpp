@@ -19,7 +19,7 @@ constexpr int A_PAS_ = 3, A_FONC_ = 6, A_NOM_IMG = 15, A_BROU = 47, A_OPT = 50, 
               A_EXEC = 69, A_NOM_ = 82, A_PULS = 95, A_TEM = 98, A_ALI = 107;
 constexpr int B_SOU = 16, B_PAS = 18, B_ECRAN = 19, B_SEQ_ = 22, B_LUM_ = 24, B_ZBU = 25, B_COE_ = 42,
               B_NB_ = 47, B_TRACE = 55, B_MENU = 74, B_INTER = 85, B_GLIDE = 103, B_CADENCE = 106,
-              B_BRO = 120, B_ANIM = 93, B_NURBS_ = 45, B_ATT_MENU = 144, B_ETAT = 145, B_MEM_ = 148, B_RES_ = 161, B_PICK = 60;
+              B_BRO = 120, B_ANIM = 93, B_NURBS_ = 45, B_ATT_MENU = 144, B_ETAT = 145, B_MEM_ = 148, B_RES_ = 161, B_PICK = 60, B_NORMALE_ = 63;
 
 const mot* valeur(const mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
 
@@ -88,55 +88,6 @@ int rien(mot* bloc) {
   return 0;
 }
 
-// A record's value of the same name as the keyword: read (the first
-// listed volume's) or written (every listed volume's).
-float* champ(Vol_inter* v, int ord, int* n) {
-  *n = 1;
-  switch (ord) {
-    case B_DEP:
-    case B_DEP2: *n = 3; return v->pos;
-    case B_ROTA: return &v->angle;
-    case B_ROTX: return &v->rotx;
-    case B_ROTY: return &v->roty;
-    case B_ROTZ: return &v->rotz;
-    case B_AXE: *n = 3; return v->axe;
-  }
-  return nullptr;
-}
-
-int option_champ(mot* bloc, const mot* e, const mot* limite) {
-  std::vector<int> l = vols_de(bloc);
-  if (l.empty())
-    for (Vol_inter* r = inter.liste_inter; r; r = r->suivant) l.push_back(r->num);
-  const mot* v = valeur(e);
-  float x[3];
-  int nv = nombres(v, x, 3);
-  if (nv < 0) return refuse(e[1], e[2]);
-  if (nv == 0) {
-    Vol_inter* r = l.empty() ? nullptr : vol_inter_de(l[0]);
-    if (!r) {
-      resultat_nil(bloc);
-      return 0;
-    }
-    int n;
-    float* c = champ(r, e[2], &n);
-    reel* out = resultat_reels(bloc, limite, n);
-    if (!out) return PILE_PLEINE;
-    for (int k = 0; k < n; ++k) out[k] = c[k];
-    return 0;
-  }
-  for (int num : l) {
-    Vol_inter* r = vol_inter_de(num);
-    if (!r) continue;
-    int n;
-    float* c = champ(r, e[2], &n);
-    for (int k = 0; k < n && k < nv; ++k) c[k] = x[k];
-    if (e[2] == B_AXE) normer(r->axe, r->axe);
-    vol_inter_matrice(r);
-  }
-  return rien(bloc);
-}
-
 // anim followed by a phrase: that phrase runs at every frame (liste_4);
 // with nurbs, it waits in the spare list. The phrase is the keywords
 // behind the option, copied now, with the first listed volume as target.
@@ -191,6 +142,9 @@ int option(mot* bloc, const mot* e, const mot* limite) {
         return rien(bloc);
       }
       case A_PAS_:
+        // With the shape's keyword: a stub kept for each listed record.
+        for (const mot* c = bloc + 4, *fin = bloc + bloc[0]; c < fin && c[0] >= 3; c += c[0])
+          if (c[1] == 1 && c[2] == B_NORMALE_) return rien(bloc);
         // `pas` is spelt as the interpreter's step keyword too: in this
         // phrase it is the frame's.
         return option_pas(bloc, v, 0);
@@ -210,7 +164,7 @@ int option(mot* bloc, const mot* e, const mot* limite) {
         inter.etape = nombres(v, x, 1) > 0 ? static_cast<int>(x[0]) : 6;
         return rien(bloc);
     }
-    return 1;
+    return inter_option_vol(bloc, e, limite);
   }
   switch (e[2]) {
     case B_PAS:
@@ -262,16 +216,8 @@ int option(mot* bloc, const mot* e, const mot* limite) {
     case B_ANIM:
     case B_NURBS_:
       return option_liste(bloc, e, e[2] == B_ANIM ? 4 : LISTE_AUTRE);
-    case B_DEP:
-    case B_DEP2:
-    case B_ROTA:
-    case B_ROTX:
-    case B_ROTY:
-    case B_ROTZ:
-    case B_AXE:
-      return option_champ(bloc, e, limite);
   }
-  return 1;
+  return inter_option_vol(bloc, e, limite);
 }
 
 // The start: every keyword read once.
@@ -348,8 +294,11 @@ int debut(mot* bloc) {
           if (outils_inter.menu_ajoute && outils_inter.menu_ajoute(t) < 0) return -1;
           break;
         }
+        case A_ALI:
+          a.lissage = nombres(v, x, 1) > 0 && x[0] != 0 ? 1 : 0;
+          break;
         default:
-          break;  // a50, a107
+          break;  // a50
       }
       continue;
     }
@@ -363,6 +312,7 @@ int debut(mot* bloc) {
         for (float f : y) vols.push_back(static_cast<int>(f));
         break;
       }
+      case B_SOU:
       case B_SEQ_: {
         if (!v || v[0] < 4 || v[1] != BLOC_REEL || (v[0] - 4) % 3 != 0) {
           std::printf("interaction souris\x07\n");
@@ -385,7 +335,7 @@ int debut(mot* bloc) {
         break;
       }
       case B_TRACE:
-        if (nombres(v, x, 1) > 0 && x[0] >= 0 && x[0] <= 1000) inter.nb_traces = static_cast<int>(x[0]);
+        if (nombres(v, x, 1) > 0 && x[0] >= 0 && x[0] <= 1000) a.nb_traces = static_cast<int>(x[0]);
         break;
       case B_BRO: {
         if (nombres(v, x, 3) == 3) {
@@ -432,7 +382,7 @@ int debut(mot* bloc) {
   e = bloc + 4;
   for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
     const mot* v = valeur(e);
-    if (e[1] == 1 && e[2] == B_SEQ_ && v) {
+    if (e[1] == 1 && (e[2] == B_SEQ_ || e[2] == B_SOU) && v) {
       // A private copy: the phrase's value goes with the line.
       static std::vector<mot> copie;
       copie.assign(v, v + v[0]);

@@ -161,6 +161,8 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
     attribut_supprime(o, 1, k);
     if (!attribut_ecrit_1(o, 1, B_TRACE, t.data(), static_cast<int>(t.size()), 1))
       return echec(v, "trace", num), nullptr;
+    const mot* tv = vol_valeur(o, 1, k);
+    if (tv && tv[1] == BLOC_REEL && tv[0] - 4 >= inter.nb_traces * 16) v->trace = reels(const_cast<mot*>(tv) + 4);
   }
   // 17. The drawing record of the frame.
   if (v->nb_som > 0) {

@@ -72,6 +72,7 @@ struct Vol_inter {
   int etat = 0;
   Vol_rt* rt = nullptr;
   Vol_inter* suivant = nullptr;
+  reel* trace = nullptr;  // (1, 28): nb_traces matrices, the latest first
 };
 
 // A node of an attached program list: the target record and a private
@@ -159,6 +160,12 @@ void inter_souris(int bouton, int etat, int x, int y);
 void inter_mouvement(int x, int y);
 void inter_glide_pas();
 int inter_glide(int num, int n);
+
+// The borrowed pointers of a record taken again from its object.
+void vol_inter_pointeurs(Vol_inter* v);
+// The keywords that read or write a record's value of the same name, the
+// kept ones and the panels; 1 when the keyword is none of them.
+int inter_option_vol(mot* bloc, const mot* e, const mot* limite);
 
 // The command's handler.
 int interaction_commande(mot* bloc, mot* valeur, const mot* limite);

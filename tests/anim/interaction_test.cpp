@@ -3,6 +3,7 @@
 // a drag, driven by xdotool from a second process.
 #include <sys/stat.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 
@@ -13,6 +14,15 @@ namespace fs = std::filesystem;
 
 struct Scene : Session {
   Scene() : Session({"uti=tests/anim/fixtures"}) {}
+  // The common start: the prompt seen, volume 1 a cube of that side, then
+  // the phrase typed and, unless `mode` is NaN, that mode waited for.
+  ::testing::AssertionResult depart(int cote, const std::string& phrase, float m = 85) {
+    if (!attend(p, "empilements")) return ::testing::AssertionFailure() << "no prompt";
+    tape(p, "vol(1) cube(" + std::to_string(cote) + ")");
+    if (!phrase.empty()) tape(p, phrase);
+    if (m == m && !attend_mode(m, 20000)) return ::testing::AssertionFailure() << "mode " << mode() << " not " << m;
+    return ::testing::AssertionSuccess();
+  }
   // The mode of the window, as `fen` gives it.
   float mode() {
     auto v = valeurs(p, "fen");
@@ -48,12 +58,10 @@ std::string lit(const fs::path& f) {
 
 TEST(Interaction, TourneCinquanteImagesEtFichiers) {
   Scene s;
-  ASSERT_TRUE(attend(s.p, "empilements"));
   fs::path d = fs::temp_directory_path() / ("scene_" + std::to_string(getpid()));
   fs::remove_all(d);
   fs::create_directories(d);
-  tape(s.p, "vol(1) cube(90)");
-  tape(s.p, "lum(1) som(0, 0, -1000)");
+  ASSERT_TRUE(s.depart(90, "lum(1) som(0, 0, -1000)", NAN));
   tape(s.p, "interaction fonc(\"tourne\") tem(50) cadence(0) nom_img(\"" + (d / "f.png").string() + "\")");
   ASSERT_TRUE(s.attend_mode(0, 20000));
   // The hook ran once a frame, 50 frames, and each frame was written.
@@ -83,11 +91,8 @@ TEST(Interaction, TourneCinquanteImagesEtFichiers) {
 
 TEST(Interaction, EchappementPermisOuNon) {
   Scene s;
-  ASSERT_TRUE(attend(s.p, "empilements"));
-  tape(s.p, "vol(1) cube(50)");
   // 40 frames at 25 a second, Escape not allowed.
-  tape(s.p, "interaction fonc(\"compte\") tem(40, 0, 0) cadence(25)");
-  ASSERT_TRUE(s.attend_mode(85));
+  ASSERT_TRUE(s.depart(50, "interaction fonc(\"compte\") tem(40, 0, 0) cadence(25)"));
   s.touche("Escape");
   dort(300);
   // Nothing happens: the frames go on to their count.
@@ -107,10 +112,7 @@ TEST(Interaction, EchappementPermisOuNon) {
 
 TEST(Interaction, PauseEtPasUnique) {
   Scene s;
-  ASSERT_TRUE(attend(s.p, "empilements"));
-  tape(s.p, "vol(1) cube(50)");
-  tape(s.p, "interaction fonc(\"compte\") cadence(0)");
-  ASSERT_TRUE(s.attend_mode(85));
+  ASSERT_TRUE(s.depart(50, "interaction fonc(\"compte\") cadence(0)"));
   s.touches("[");
   ASSERT_TRUE(s.attend_mode(-85));
   float a = s.compteur("images");
@@ -135,10 +137,7 @@ TEST(Interaction, PauseEtPasUnique) {
 
 TEST(Interaction, ToucheLieeLigneTapeeEtTableDesTouches) {
   Scene s;
-  ASSERT_TRUE(attend(s.p, "empilements"));
-  tape(s.p, "vol(1) cube(50)");
-  tape(s.p, "interaction cadence(50)");
-  ASSERT_TRUE(s.attend_mode(85));
+  ASSERT_TRUE(s.depart(50, "interaction cadence(50)"));
   tape(s.p, "interaction cle(\"touche t\")");
   tape(s.p, "interaction cle(\"touche encore\")");
   dort(100);
@@ -164,10 +163,7 @@ TEST(Interaction, ToucheLieeLigneTapeeEtTableDesTouches) {
 
 TEST(Interaction, GlisserTourneLeVolumeChoisi) {
   Scene s;
-  ASSERT_TRUE(attend(s.p, "empilements"));
-  tape(s.p, "vol(1) cube(150)");
-  tape(s.p, "interaction cadence(50)");
-  ASSERT_TRUE(s.attend_mode(85));
+  ASSERT_TRUE(s.depart(150, "interaction cadence(50)"));
   tape(s.p, "interaction sou(35)");
   dort(200);
   xdo("mousemove --window " + s.fenetre + " 160 120");
@@ -195,8 +191,7 @@ TEST(Interaction, GlisserTourneLeVolumeChoisi) {
 
 TEST(Interaction, MauvaisesEntrees) {
   Scene s;
-  ASSERT_TRUE(attend(s.p, "empilements"));
-  tape(s.p, "vol(1) cube(50)");
+  ASSERT_TRUE(s.depart(50, "", NAN));
   // An unknown hook: a message, nothing starts.
   tape(s.p, "interaction fonc(\"pas_de_telle_fonction\")");
   EXPECT_TRUE(attend(s.p, "pas_de_telle_fonction: Introuvable"));
@@ -218,10 +213,7 @@ TEST(Interaction, MauvaisesEntrees) {
 
 TEST(Interaction, PhraseAttacheeAChaqueImage) {
   Scene s;
-  ASSERT_TRUE(attend(s.p, "empilements"));
-  tape(s.p, "vol(1) cube(60)");
-  tape(s.p, "interaction fonc(\"compte\") cadence(0)");
-  ASSERT_TRUE(s.attend_mode(85));
+  ASSERT_TRUE(s.depart(60, "interaction fonc(\"compte\") cadence(0)"));
   const std::vector<float> a = valeurs(s.p, "vol(1) som(1)");
   // The phrase behind anim runs at every frame: the cube turns.
   tape(s.p, "interaction anim vol(1) roty(3)");
