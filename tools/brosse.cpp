@@ -54,12 +54,12 @@ void libere_masques(Pinceau& p) {
   p.w = p.h = 0;
 }
 
-// Pointer coordinates of the mask's centre inside the box: a pixel (i, j)
-// is in a round brush when its centre lies within the radius of the box's
-// centre; a square turns by `angle` degrees about it.
+// The pointer falls on the corner of pixels at the box's middle: a pixel
+// (i, j) is in a round brush when its centre lies within the radius of it;
+// a square turns by `angle` degrees about it.
 void remplit_masque(Pinceau& p) {
   unsigned char* m = octets(p.masque);
-  const float r = p.rayon, cx = 0.5f * static_cast<float>(p.w), cy = 0.5f * static_cast<float>(p.h);
+  const float r = p.rayon, cx = static_cast<float>(p.w / 2), cy = static_cast<float>(p.h / 2);
   const float a = p.angle / 57.295776f, ca = std::cos(a), sa = std::sin(a);
   for (int j = 0; j < p.h; ++j)
     for (int i = 0; i < p.w; ++i) {
@@ -137,7 +137,12 @@ int pinceau_masques(Pinceau& p) {
   int k = static_cast<int>(&p - pinceaux);
   Fait& f = faits[k];
   if (p.masque && f.rayon == p.rayon && f.forme == p.forme && f.angle == p.angle) return 0;
-  int cote = std::max(1, static_cast<int>(std::lround(2 * p.rayon)));
+  // Even, and wide enough for every pixel whose centre is within the radius
+  // of the pointer, which falls on the box's middle corner of pixels.
+  // A turned square reaches r (|cos| + |sin|) from its centre.
+  float a = p.angle / 57.295776f;
+  float etendue = p.forme == FORME_CARRE ? p.rayon * (std::fabs(std::cos(a)) + std::fabs(std::sin(a))) : p.rayon;
+  int cote = 2 * static_cast<int>(std::ceil(etendue - 1e-4f));
   if (cote != p.w || !p.masque) {
     libere_masques(p);
     std::size_t n = static_cast<std::size_t>(cote) * cote * 4;
