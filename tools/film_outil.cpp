@@ -114,9 +114,17 @@ void fin() {
 
 int pas() {
   if (!lec.en_cours) return 0;
+  // The clock starts at the first frame, not at the command's line.
+  if (lec.dernier < 0) lec.depart = ticks_ms();
   long k = static_cast<long>((ticks_ms() - lec.depart) * lec.cadence / 1000);
   long n = nb_range();
   if (k >= n) {
+    // The last frame is always shown, however late.
+    if (lec.dernier < n - 1) {
+      lec.dernier = n - 1;
+      image(lec.i1 + (n - 1) * lec.pas);
+      return 0;
+    }
     fin();
     return -1;
   }
