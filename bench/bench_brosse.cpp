@@ -13,6 +13,7 @@
 
 #include "core/bloc.h"
 #include "display/display.h"
+#include "image/image.h"
 #include "tools/tools.h"
 
 namespace {
@@ -69,6 +70,34 @@ int main(int argc, char** argv) {
     touche_boite(p, boite.data(), p.w, p.h);
     memoire.push_back(ms_depuis(t));
   }
+  // A frame of playback: a 768 x 576 .png read and drawn, as the tool of
+  // mode 127 does at each image.
+  mot* b = ima_alloue(W, H);
+  if (!b) return 1;
+  std::uniform_int_distribution<int> o(0, 255);
+  for (int yy = 0; yy < H; ++yy)
+    for (int xx = 0; xx < 3 * W; ++xx) ima_rouge(b, yy)[xx] = (xx + yy) % 3 ? static_cast<octet>(xx / 3 + yy) : static_cast<octet>(o(g));
+  if (ima_ecrit_png(b, "/tmp/bench_brosse.png") < 0) return 1;
+  std::vector<unsigned char> rvb(static_cast<std::size_t>(W) * H * 3);
+  std::vector<double> lecture;
+  for (int k = 0; k < 50; ++k) {
+    auto t = std::chrono::steady_clock::now();
+    mot* l = ima_lit_fichier("/tmp/bench_brosse.png");
+    if (!l) return 1;
+    for (int yy = 0; yy < H; ++yy) {
+      const octet* r = ima_rouge(l, yy);
+      unsigned char* d = rvb.data() + 3 * static_cast<std::size_t>(W) * yy;
+      for (int xx = 0; xx < W; ++xx) d[3 * xx] = r[xx], d[3 * xx + 1] = r[W + xx], d[3 * xx + 2] = r[2 * W + xx];
+    }
+    glWindowPos2i(0, 0);
+    glDrawPixels(W, H, GL_RGB, GL_UNSIGNED_BYTE, rvb.data());
+    glFinish();
+    bloc_libere(l);
+    lecture.push_back(ms_depuis(t));
+  }
+  std::remove("/tmp/bench_brosse.png");
+  std::printf("image png 768x576 lue et montree: mediane %.2f ms (%.0f images/s au plus)\n", mediane(lecture),
+              1000 / mediane(lecture));
   std::printf("dab r=50 (%d): fenetre mediane %.3f ms moyenne %.3f ms; memoire mediane %.3f ms moyenne %.3f ms\n", N,
               mediane(fenetre), moyenne(fenetre), mediane(memoire), moyenne(memoire));
   return 0;
