@@ -67,7 +67,7 @@ int menu_commande(mot* bloc, mot* valeur, const mot* limite) {
     }
   } else {
     float x;
-    int n = outils::nombres_de(v, &x, 1);
+    int n = bloc_nombres(v, &x, 1);
     if (n < 0) return refuse();
     if (n == 0) {
       outils::reconstruit();
