@@ -54,7 +54,7 @@ int bro_commande(mot* bloc, mot* valeur, const mot* limite) {
   for (mot k = 1, *c = e + e[0]; k < bloc[2]; ++k, c += c[0])
     if (!connu(c[1], c[2])) return COMMANDE_SUITE;
   float x[4];
-  int n = outils::nombres_de(e[0] > 3 ? e + 3 : nullptr, x, 1);
+  int n = bloc_nombres(e[0] > 3 ? e + 3 : nullptr, x, 1);
   if (n < 0) return refuse(1, B_BRO);
   if (n == 1) {
     if (!(x[0] >= 0 && x[0] <= NB_PINCEAUX && x[0] == static_cast<float>(static_cast<int>(x[0])))) {
@@ -91,7 +91,7 @@ int bro_commande(mot* bloc, mot* valeur, const mot* limite) {
       points = v;
       continue;
     }
-    int m = outils::nombres_de(v, y, 3);
+    int m = bloc_nombres(v, y, 3);
     if (m < 0) return refuse(env, ord);
     if (env == 0) {  // taille
       if (m != 1 || !(y[0] >= 1 && y[0] <= 100000)) return refuse(env, ord);

@@ -243,14 +243,14 @@ int revue() {
 bool lit_valeur(const mot* v, std::string* nom, float* x, int* nx) {
   *nx = 0;
   if (!v) return true;
-  if (v[0] == BLOC_REEL || v[0] == BLOC_ENTIER) return outils::nombres_de(v, x, 4) == 1 && (*nx = 1);
+  if (v[0] == BLOC_REEL || v[0] == BLOC_ENTIER) return bloc_nombres(v, x, 4) == 1 && (*nx = 1);
   if (v[0] < 4) return false;
   if (v[1] == BLOC_CHAINE) {
     *nom = reinterpret_cast<const char*>(v + 4);
     return true;
   }
   if (v[1] == BLOC_REEL || v[1] == BLOC_ENTIER) {
-    *nx = outils::nombres_de(v, x, 4);
+    *nx = bloc_nombres(v, x, 4);
     return v[0] - 4 <= 4;
   }
   if (v[1] != BLOC_LISTE) return false;
@@ -305,7 +305,7 @@ int lecture_commande(mot* bloc, mot* valeur, const mot* limite) {
       if (!t || !*t) return refuse(env, ord);
       liste = t;
     } else if (env == 0 && ord == A_TAILLE) {
-      if (outils::nombres_de(v, y, 2) != 2 || !entier(y[0]) || !entier(y[1]) || y[0] < 2 || y[1] < 2 ||
+      if (bloc_nombres(v, y, 2) != 2 || !entier(y[0]) || !entier(y[1]) || y[0] < 2 || y[1] < 2 ||
           y[0] > 8192 || y[1] > 8192)
         return refuse(env, ord);
       w = static_cast<int>(y[0]), h = static_cast<int>(y[1]);
@@ -314,7 +314,7 @@ int lecture_commande(mot* bloc, mot* valeur, const mot* limite) {
     } else if (env == 1 && ord == B_AFF) {
       jouer = true;
     } else if (env == 1 && ord == B_CADENCE) {
-      if (outils::nombres_de(v, y, 1) != 1 || !entier(y[0]) || y[0] < 1 || y[0] > 1000) return refuse(env, ord);
+      if (bloc_nombres(v, y, 1) != 1 || !entier(y[0]) || y[0] < 1 || y[0] > 1000) return refuse(env, ord);
       cadence = static_cast<int>(y[0]);
     } else {
       return COMMANDE_SUITE;
