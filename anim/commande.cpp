@@ -23,23 +23,9 @@ constexpr int B_SOU = 16, B_PAS = 18, B_ECRAN = 19, B_SEQ_ = 22, B_LUM_ = 24, B_
 
 const mot* valeur(const mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
 
-// Up to max numbers of a value; -1 when it is no number.
-int nombres(const mot* v, float* x, int max) {
-  if (!v) return 0;
-  if (v[0] == BLOC_REEL) {
-    if (max > 0) x[0] = lit_reel(v + 1);
-    return 1;
-  }
-  if (v[0] < 4 || (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER)) return -1;
-  int n = static_cast<int>(v[0] - 4);
-  if (n > max) n = max;
-  for (int k = 0; k < n; ++k) x[k] = v[1] == BLOC_REEL ? lit_reel(v + 4 + k) : static_cast<float>(v[4 + k]);
-  return n;
-}
-
 int nb_nombres(const mot* v) {
   if (!v) return 0;
-  if (v[0] == BLOC_REEL) return 1;
+  if (v[0] == BLOC_REEL || v[0] == BLOC_ENTIER) return 1;
   if (v[0] < 4 || (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER)) return -1;
   return v[0] - 4;
 }
@@ -75,7 +61,7 @@ std::vector<int> vols_de(mot* bloc) {
     const mot* v = valeur(e);
     int n = nb_nombres(v);
     std::vector<float> x(n > 0 ? n : 0);
-    if (n > 0) nombres(v, x.data(), n);
+    if (n > 0) bloc_nombres(v, x.data(), n);
     for (float f : x) l.push_back(static_cast<int>(f));
     if (n <= 0)
       for (Vol_inter* r = inter.liste_inter; r; r = r->suivant) l.push_back(r->num);
@@ -109,7 +95,7 @@ int option_liste(mot* bloc, const mot* e, int liste) {
 // one more frame through, 0 runs freely again.
 int option_pas(mot* bloc, const mot* v, int env) {
   float x = 0;
-  if (nombres(v, &x, 1) < 1) return refuse(env, env ? B_PAS : A_PAS_);
+  if (bloc_nombres(v, &x, 1) < 1) return refuse(env, env ? B_PAS : A_PAS_);
   if (x > 0) inter.pas_demande = x < 1e6f ? static_cast<int>(x) : 1000000, inter.pas_bloque = 0;
   else if (x < 0) inter.pas_bloque = 0;
   else inter.pas_demande = inter.pas_bloque = 0;
@@ -161,7 +147,7 @@ int option(mot* bloc, const mot* e, const mot* limite) {
         return outils_inter.puls(bloc, nullptr, limite);
       }
       case A_ETAPE:
-        inter.etape = nombres(v, x, 1) > 0 ? static_cast<int>(x[0]) : 6;
+        inter.etape = bloc_nombres(v, x, 1) > 0 ? static_cast<int>(x[0]) : 6;
         return rien(bloc);
     }
     return inter_option_vol(bloc, e, limite);
@@ -170,7 +156,7 @@ int option(mot* bloc, const mot* e, const mot* limite) {
     case B_PAS:
       return option_pas(bloc, v, 1);
     case B_CADENCE: {
-      int n = nombres(v, x, 1);
+      int n = bloc_nombres(v, x, 1);
       if (n < 0) return refuse(1, B_CADENCE);
       if (n > 0 && x[0] >= 0 && x[0] < 100000) inter.cadence = static_cast<int>(x[0]);
       inter.t0 = ticks_ms();
@@ -182,7 +168,7 @@ int option(mot* bloc, const mot* e, const mot* limite) {
       return rien(bloc);
     case B_ETAT: {
       float et = 1;
-      if (nombres(v, x, 1) > 0) et = x[0];
+      if (bloc_nombres(v, x, 1) > 0) et = x[0];
       for (int num : vols_de(bloc))
         if (Vol_inter* r = vol_inter_de(num)) r->etat = static_cast<int>(et);
       return rien(bloc);
@@ -202,14 +188,14 @@ int option(mot* bloc, const mot* e, const mot* limite) {
       return 0;
     }
     case B_GLIDE: {
-      int n = nombres(v, x, 2);
+      int n = bloc_nombres(v, x, 2);
       if (n < 1) return refuse(1, B_GLIDE);
       if (inter_glide(static_cast<int>(x[0]), n > 1 ? static_cast<int>(x[1]) : 25) < 0) return -1;
       return rien(bloc);
     }
     case B_SOU: {
       // A number: what the mouse drags, as the menu entries set it.
-      if (nombres(v, x, 1) < 1) return 1;
+      if (bloc_nombres(v, x, 1) < 1) return 1;
       inter.cmd_souris = static_cast<int>(x[0]);
       return rien(bloc);
     }
@@ -220,14 +206,53 @@ int option(mot* bloc, const mot* e, const mot* limite) {
   return inter_option_vol(bloc, e, limite);
 }
 
+}  // namespace
+
+int interaction_fonctions(const mot* bloc, Objet* fonc[6], Objet** fonc_fin) {
+  int libre = 1;
+  const mot* e = bloc + 4;
+  for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
+    if (e[1] != 0 || (e[2] != A_FONC_ && e[2] != A_FIN)) continue;
+    const mot* v = valeur(e);
+    if (e[2] == A_FIN) {
+      const char* nom = chaine(v);
+      if (!nom) return refuse(0, A_FIN);
+      if (!(*fonc_fin = fonction(nom))) return inconnue(nom);
+      continue;
+    }
+    // "fonction", or (n, "fonction") for slot n; unnumbered ones take the
+    // free slots from fonc_1 on.
+    int n = -1;
+    float x = 0;
+    const char* nom = chaine(v);
+    if (!nom && v && v[0] >= 4 && v[1] == BLOC_LISTE) {
+      for (const mot *c = v + 4, *fin = v + v[0]; c < fin && c[0] >= 4; c += c[0]) {
+        if (const char* s = chaine(c)) nom = s;
+        else if (bloc_nombres(c, &x, 1) == 1) n = static_cast<int>(x);
+      }
+    }
+    if (!nom) return refuse(0, A_FONC_);
+    Objet* f = fonction(nom);
+    if (!f) return inconnue(nom);
+    if (n < 0) {
+      while (libre < 6 && fonc[libre]) ++libre;
+      n = libre < 6 ? libre : 5;
+    }
+    if (n > 5) return refuse(0, A_FONC_);
+    fonc[n] = f;
+  }
+  return 0;
+}
+
+namespace {
 // The start: every keyword read once.
 int debut(mot* bloc) {
   ArgsInter a;
   std::vector<int> vols;
   bool avec_vols = false;
   std::string nom_images;
-  int libre = 1;
   inter.nb_mem = 0;
+  if (interaction_fonctions(bloc, a.fonc, &a.fonc_fin) < 0) return -1;
   mot* e = bloc + 4;
   for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
     const mot* v = valeur(e);
@@ -235,33 +260,9 @@ int debut(mot* bloc) {
     const int ord = e[2];
     if (e[1] == 0) {
       switch (ord) {
-        case A_FONC_: {
-          int n = -1;
-          const char* nom = chaine(v);
-          if (!nom && v && v[0] >= 4 && v[1] == BLOC_LISTE) {
-            // (n, "fonction")
-            for (const mot *c = v + 4, *fin = v + v[0]; c < fin && c[0] >= 4; c += c[0]) {
-              if (const char* s = chaine(c)) nom = s;
-              else if (nombres(c, x, 1) == 1) n = static_cast<int>(x[0]);
-            }
-          }
-          if (!nom) return refuse(0, A_FONC_);
-          Objet* f = fonction(nom);
-          if (!f) return inconnue(nom);
-          if (n < 0) {
-            while (libre < 6 && a.fonc[libre]) ++libre;
-            n = libre < 6 ? libre : 5;
-          }
-          if (n > 5) return refuse(0, A_FONC_);
-          a.fonc[n] = f;
-          break;
-        }
-        case A_FIN: {
-          const char* nom = chaine(v);
-          if (!nom) return refuse(0, A_FIN);
-          if (!(a.fonc_fin = fonction(nom))) return inconnue(nom);
-          break;
-        }
+        case A_FONC_:
+        case A_FIN:
+          break;  // read before the loop
         case A_NOM_IMG: {
           const char* nom = chaine(v);
           if (!nom || std::strlen(nom) > 100) return refuse(0, A_NOM_IMG);
@@ -269,7 +270,7 @@ int debut(mot* bloc) {
           break;
         }
         case A_TEM: {
-          int n = nombres(v, x, 3);
+          int n = bloc_nombres(v, x, 3);
           if (n < 0) return refuse(0, A_TEM);
           if (n == 0) x[0] = 1;
           for (int k = 0; k < (n > 0 ? n : 1); ++k)
@@ -280,7 +281,7 @@ int debut(mot* bloc) {
           break;
         }
         case A_BROU:
-          if (nombres(v, x, 1) > 0) brouillard_etat.loi = static_cast<int>(x[0]) & 3;
+          if (bloc_nombres(v, x, 1) > 0) brouillard_etat.loi = static_cast<int>(x[0]) & 3;
           break;
         case A_EXEC: {
           const char* t = chaine(v);
@@ -295,7 +296,7 @@ int debut(mot* bloc) {
           break;
         }
         case A_ALI:
-          a.lissage = nombres(v, x, 1) > 0 && x[0] != 0 ? 1 : 0;
+          a.lissage = bloc_nombres(v, x, 1) > 0 && x[0] != 0 ? 1 : 0;
           break;
         default:
           break;  // a50
@@ -308,7 +309,7 @@ int debut(mot* bloc) {
         if (n < 0) return refuse(1, B_VOL);
         avec_vols = n > 0 || avec_vols;
         std::vector<float> y(n > 0 ? n : 0);
-        if (n > 0) nombres(v, y.data(), n);
+        if (n > 0) bloc_nombres(v, y.data(), n);
         for (float f : y) vols.push_back(static_cast<int>(f));
         break;
       }
@@ -321,7 +322,7 @@ int debut(mot* bloc) {
         break;
       }
       case B_CADENCE: {
-        if (nombres(v, x, 1) < 1 || !(x[0] >= 0 && x[0] < 100000)) return refuse(1, B_CADENCE);
+        if (bloc_nombres(v, x, 1) < 1 || !(x[0] >= 0 && x[0] < 100000)) return refuse(1, B_CADENCE);
         a.cadence = static_cast<int>(x[0]);
         break;
       }
@@ -335,10 +336,10 @@ int debut(mot* bloc) {
         break;
       }
       case B_TRACE:
-        if (nombres(v, x, 1) > 0 && x[0] >= 0 && x[0] <= 1000) a.nb_traces = static_cast<int>(x[0]);
+        if (bloc_nombres(v, x, 1) > 0 && x[0] >= 0 && x[0] <= 1000) a.nb_traces = static_cast<int>(x[0]);
         break;
       case B_BRO: {
-        if (nombres(v, x, 3) == 3) {
+        if (bloc_nombres(v, x, 3) == 3) {
           brouillard_etat.actif = true;
           brouillard_etat.coul[0] = x[0], brouillard_etat.coul[1] = x[1], brouillard_etat.coul[2] = x[2];
           brouillard_etat.coul[3] = 1;
@@ -346,13 +347,13 @@ int debut(mot* bloc) {
         break;
       }
       case B_ZBU:
-        if (nombres(v, x, 2) == 2) brouillard_etat.debut = x[0], brouillard_etat.fin = x[1];
+        if (bloc_nombres(v, x, 2) == 2) brouillard_etat.debut = x[0], brouillard_etat.fin = x[1];
         break;
       case B_COE_:
-        if (nombres(v, x, 1) == 1) brouillard_etat.densite = x[0];
+        if (bloc_nombres(v, x, 1) == 1) brouillard_etat.densite = x[0];
         break;
       case B_ATT_MENU:
-        if (nombres(v, x, 1) == 1) a.attache_menu = x[0] != 0;
+        if (bloc_nombres(v, x, 1) == 1) a.attache_menu = x[0] != 0;
         break;
       case B_ECRAN:
         plein_ecran(true);
@@ -363,7 +364,7 @@ int debut(mot* bloc) {
         break;
       case B_MEM_: {
         float y[64];
-        int n = nombres(v, y, 64);
+        int n = bloc_nombres(v, y, 64);
         for (int k = 0; k < n && inter.nb_mem < 64; ++k) inter.mem_vols[inter.nb_mem++] = static_cast<int>(y[k]);
         break;
       }

@@ -18,7 +18,7 @@ constexpr int RB_FAC = 15, RB_SORTIE = 26, RB_MOTIF = 27, RB_COE = 42, RB_VOISIN
               RB_ALE = 59, RB_MAS = 112, RB_NEU = 162, RB_INTERACTION = 85;
 constexpr int RA_PAS = 3, RA_FONC = 6, RA_LIRE = 14, RA_COURBE = 15, RA_EDI = 36, RA_MAX = 54,
               RA_CHERCHE = 67, RA_PIC = 81, RA_CONT = 89, RA_PLANCHE = 90, RA_FONC_AVANT = 101,
-              RA_POIDS = 112;
+              RA_POIDS = 112, RA_FIN = 61;
 
 // How new weights are drawn: (mode, a, b, d).
 // Mode TIRAGE_AUCUN draws nothing: missing weights are then an error.
@@ -74,6 +74,9 @@ int res_range(Reseau* r);
 void res_tire(float* w, int n, const std::vector<std::vector<int>>& couches, int sorte, const Tirage& t);
 // The layers of a network (neuron numbers from 1), or -1 after the message.
 int res_couches(Objet* o, std::vector<std::vector<int>>* c);
+// Sizes the weights and the per-neuron arrays from `debut` and `neurone`
+// (weights zero, codes and parameters 1); throws std::bad_alloc.
+void res_dimensionne(Reseau* v);
 
 // The training of one network: res[0..2] = passes used, largest error,
 // converged flag. -1 on failure with the weights as they were.

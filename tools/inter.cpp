@@ -66,7 +66,7 @@ int puls_liste(mot* bloc) {
   for (mot k = 0; k < bloc[2]; ++k, e += e[0]) {
     if (e[1] == 1 && e[2] == B_VOL) {
       float x = 0;
-      if (e[0] > 3 && nombres_de(e + 3, &x, 1) > 0) vol = static_cast<int>(x);
+      if (e[0] > 3 && bloc_nombres(e + 3, &x, 1) > 0) vol = static_cast<int>(x);
       continue;
     }
     p.insert(p.end(), e, e + e[0]);
