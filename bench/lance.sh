@@ -25,5 +25,6 @@ bash tests/display/sous_xvfb.sh python3 bench/fenetre.py build/orvane
 bash bench/gl.sh
 bash bench/interaction.sh
 bash bench/rendu.sh
+bash bench/bruit.sh
 bash bench/periph.sh
 build/bench/bench_fft

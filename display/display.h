@@ -233,3 +233,24 @@ struct Brouillard {
 };
 extern Brouillard brouillard_etat;
 void brouillard_applique();  // the state into GL
+
+// ---- noise and pigments -------------------------------------------------------------
+// The lattice noise's tables, built once by Initialize_Noise on the first
+// use of a pigment (seed 0: the same at every run).
+constexpr int BRUIT_HASH = 4096, BRUIT_RTABLE = 267, BRUIT_SINUS = 1000;
+struct Bruit {
+  bool pret = false;
+  std::uint16_t hash[BRUIT_HASH];   // a permutation of 0..4095
+  double rtable[BRUIT_RTABLE];      // -1..1
+  double sinus[BRUIT_SINUS];        // sin(i / 1000 turn)
+  double vecteurs[10][3];           // unit vectors from the noise
+};
+extern Bruit bruit;
+void InitTextureTable();
+void InitRTable();  // builds `hash` first
+void Initialize_Noise();
+void Free_Noise_Tables();
+// Three components of noise, each about -1..1, continuous in the point.
+// Any double is accepted: a non-finite coordinate counts as 0.
+void noise_vec(double* out, double x, double y, double z);
+void turbulence_vec(double* out, double x, double y, double z, double omega, double lambda, int octaves);
