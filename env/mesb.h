@@ -133,3 +133,9 @@
 |127:Fichier son tronque ou illisible\7\n
 |128:Fichier son trop grand: 1000000 octets de son au plus\7\n
 |129:Pas de sortie du son: peripherique absent ou refuse\7\n
+|130:Rayon du pinceau hors de [1, 512]\7\n
+|131:Numero de pinceau hors de [0, 20]\7\n
+|132:ffmpeg absent: installer le paquet ffmpeg\7\n
+|133:Image absente, sautee\n
+|134:Images egales ou nulles: pas de film\7\n
+|135:Commande externe en echec\7\n
