@@ -133,3 +133,7 @@
 |127:Fichier son tronque ou illisible\7\n
 |128:Fichier son trop grand: 1000000 octets de son au plus\7\n
 |129:Pas de sortie du son: peripherique absent ou refuse\7\n
+|130:Masse nulle, negative ou invalide: ce corps ne bouge pas\7\n
+|131:Numero de sommet hors du volume\7\n
+|132:Arbre de volumes en boucle: la suite de ce pas est sautee\7\n
+|133:dyn pas(n) vol(n): volume inconnu ou nombre de pas invalide\7\n
