@@ -145,7 +145,7 @@ void champs(Objet* o, int i, const float* p, float* F) {
         k += lg < 1 ? (lg < 0 ? -lg : 1) : lg;
         ++j;
       }
-      if (k < nb && j == i && l[k] >= 2) {
+      if (k < nb && j == i && l[k] >= 2 && l[k] < 1e6f) {
         const int lg = static_cast<int>(l[k]);
         for (int m = 1; m < lg && k + m < nb; ++m)
           if (Objet* f = champ_de(l[k + m])) champ_un(f, o, p, F);
