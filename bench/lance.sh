@@ -27,3 +27,4 @@ bash bench/interaction.sh
 bash bench/rendu.sh
 bash bench/periph.sh
 build/bench/bench_fft
+bash bench/dynamique.sh
