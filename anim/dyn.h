@@ -40,6 +40,11 @@ struct Etat {
   std::vector<float> repos_long, repos_ang;  // per neighbour slot
   std::vector<int> ordre, libre;
   std::vector<const mot*> rec_mas, rec_for, rec_res, rec_tor, rec_ini, rec_tem, rec_alim, rec_vlim;
+  // The per-vertex field lists of the volume in its step: (cha, som) and
+  // (cha, ima, som), read once a step; null outside a step.
+  std::vector<const mot*> rec_cha, rec_ima;
+  Objet* cha_de = nullptr;
+  bool l_cha = false, l_ima = false;
   std::vector<float> zeros;
   std::vector<float> tri;
   long pas_faits = 0;

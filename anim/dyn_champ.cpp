@@ -131,26 +131,14 @@ float image_force(Objet* o, const reel* ci, int nci, int i, float* F) {
 
 void champs(Objet* o, int i, const float* p, float* F) {
   bool propre = false;
-  // The vertex's own record.
-  {
-    int nb = 0;
-    const reel* l = val2(o, 1, B_CHA, 1, B_SOMK, 1, &nb);
-    if (l) {
-      // Records [length, numbers...]; the record of vertex i.
-      int k = 0, j = 1;
-      while (k < nb && j < i) {
-        const float lf = l[k];
-        if (!(std::fabs(lf) < 1e6f)) break;
-        const int lg = static_cast<int>(lf);
-        k += lg < 1 ? (lg < 0 ? -lg : 1) : lg;
-        ++j;
-      }
-      if (k < nb && j == i && l[k] >= 2 && l[k] < 1e6f) {
-        const int lg = static_cast<int>(l[k]);
-        for (int m = 1; m < lg && k + m < nb; ++m)
-          if (Objet* f = champ_de(l[k + m])) champ_un(f, o, p, F);
-        propre = true;
-      }
+  // The vertex's own record, read once a step by the vertex step.
+  if (etat.cha_de == o && etat.l_cha) {
+    const mot* r = etat.rec_cha[static_cast<std::size_t>(i - 1)];
+    const int lg = rec_long(r);
+    if (lg >= 1) {
+      for (int m = 0; m < lg; ++m)
+        if (Objet* f = champ_de(rec_val(r)[m])) champ_un(f, o, p, F);
+      propre = true;
     }
   }
   int nc = 0;
@@ -163,7 +151,11 @@ void champs(Objet* o, int i, const float* p, float* F) {
   }
   int ni = 0;
   if (const reel* ci = val2(o, 1, B_CHA, 1, B_IMA, 7, &ni)) image_force(o, ci, ni, i, F);
-  if (!propre && !vol_valeur(o, 2, std::array<mot, 4>{1, B_CHA, 1, B_SOMK}.data()))
+  if (etat.cha_de == o && etat.l_ima) {
+    const mot* r = etat.rec_ima[static_cast<std::size_t>(i - 1)];
+    if (rec_long(r) >= 7) image_force(o, rec_val(r), rec_long(r), i, F);
+  }
+  if (!propre && !(etat.cha_de == o && etat.l_cha))
     for (Objet* f = piles.obj_base; f < piles.obj_haut; ++f)
       if (f->type == B_CHA && f != o) champ_un(f, o, p, F);
 }

@@ -139,7 +139,10 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
   const reel* nrm = nrm_b && nrm_b[1] == BLOC_REEL ? reels(nrm_b + 4) : nullptr;
   const int nb_nrm = nrm ? (nrm_b[0] - 4) / 3 : 0;
   const bool a_col = val1(o, 1, B_COL, 4) != nullptr;
-  const bool a_cha = val1(o, 1, B_CHA, 1) || champs_globaux();
+  etat.cha_de = o;
+  etat.l_cha = liste_som(o, 2, std::array<mot, 4>{1, B_CHA, 1, B_SOMK}.data(), nb, etat.rec_cha);
+  etat.l_ima = liste_som(o, 3, std::array<mot, 6>{1, B_CHA, 1, B_IMA, 1, B_SOMK}.data(), nb, etat.rec_ima);
+  const bool a_cha = etat.l_cha || etat.l_ima || val1(o, 1, B_CHA, 1) || val2(o, 1, B_CHA, 1, B_IMA, 7) || champs_globaux();
   // 12. The visit.
   if (aleat) permutation(nb);
   const float fN = static_cast<float>(N), fn = static_cast<float>(n);
@@ -255,6 +258,7 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
       }
     }
   }
+  etat.cha_de = nullptr;
   vol_som_change(o);
   ++etat.pas_faits;
   return 0;

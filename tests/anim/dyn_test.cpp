@@ -368,3 +368,36 @@ TEST_F(Dyn, MauvaisesValeursSansPlantage) {
   SUCCEED();
 }
 }  // namespace
+
+namespace {
+TEST_F(Dyn, ChampsParSommetEtChaineGlobale) {
+  // Fields 1 (1, 0, 0) and 2 (0, 1, 0). Vertex 1 names field 1 only;
+  // vertex 2's record is empty: the volume names fields, so the global
+  // chain does not act on it, and it gets none.
+  Objet* o = volume_de({0, 0, 0, 5, 0, 0, 9, 0, 0}, {});
+  Objet* f1 = objet_cree(1, dyn::B_CHA, 0, nullptr, nullptr, 1);
+  Objet* f2 = objet_cree(1, dyn::B_CHA, 0, nullptr, nullptr, 2);
+  ecrit(f1, {1, dyn::B_COE}, {1, 0, 0});
+  ecrit(f2, {1, dyn::B_COE}, {0, 1, 0});
+  ecrit(o, {1, dyn::B_MAS}, {1});
+  ecrit(o, {1, dyn::B_CHA, 1, dyn::B_SOMK}, {2, 1, 1, 3, 2, 77});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  auto v = lit(o, {1, dyn::B_VIT, 1, dyn::B_SOMK});
+  ASSERT_EQ(v.size(), 9u);
+  EXPECT_FLOAT_EQ(v[0], 1);
+  EXPECT_FLOAT_EQ(v[1], 0);
+  EXPECT_FLOAT_EQ(v[3], 0);
+  EXPECT_FLOAT_EQ(v[4], 0);
+  // Vertex 3: field 2 and an unknown 77.
+  EXPECT_FLOAT_EQ(v[6], 0);
+  EXPECT_FLOAT_EQ(v[7], 1);
+  // The volume's own list replaces the global chain for every vertex.
+  Objet* p = volume_de({0, 0, 0}, {}, 5);
+  ecrit(p, {1, dyn::B_MAS}, {2});
+  ecrit(p, {1, dyn::B_CHA}, {2});
+  ASSERT_EQ(pas_sommets(p, 1, 1, false), 0);
+  auto w = lit(p, {1, dyn::B_VIT, 1, dyn::B_SOMK});
+  EXPECT_FLOAT_EQ(w[0], 0);
+  EXPECT_FLOAT_EQ(w[1], 0.5f);
+}
+}  // namespace
