@@ -23,23 +23,9 @@ constexpr int B_SOU = 16, B_PAS = 18, B_ECRAN = 19, B_SEQ_ = 22, B_LUM_ = 24, B_
 
 const mot* valeur(const mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
 
-// Up to max numbers of a value; -1 when it is no number.
-int nombres(const mot* v, float* x, int max) {
-  if (!v) return 0;
-  if (v[0] == BLOC_REEL) {
-    if (max > 0) x[0] = lit_reel(v + 1);
-    return 1;
-  }
-  if (v[0] < 4 || (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER)) return -1;
-  int n = static_cast<int>(v[0] - 4);
-  if (n > max) n = max;
-  for (int k = 0; k < n; ++k) x[k] = v[1] == BLOC_REEL ? lit_reel(v + 4 + k) : static_cast<float>(v[4 + k]);
-  return n;
-}
-
 int nb_nombres(const mot* v) {
   if (!v) return 0;
-  if (v[0] == BLOC_REEL) return 1;
+  if (v[0] == BLOC_REEL || v[0] == BLOC_ENTIER) return 1;
   if (v[0] < 4 || (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER)) return -1;
   return v[0] - 4;
 }
@@ -75,7 +61,7 @@ std::vector<int> vols_de(mot* bloc) {
     const mot* v = valeur(e);
     int n = nb_nombres(v);
     std::vector<float> x(n > 0 ? n : 0);
-    if (n > 0) nombres(v, x.data(), n);
+    if (n > 0) bloc_nombres(v, x.data(), n);
     for (float f : x) l.push_back(static_cast<int>(f));
     if (n <= 0)
       for (Vol_inter* r = inter.liste_inter; r; r = r->suivant) l.push_back(r->num);
@@ -110,7 +96,7 @@ int option_champ(mot* bloc, const mot* e, const mot* limite) {
     for (Vol_inter* r = inter.liste_inter; r; r = r->suivant) l.push_back(r->num);
   const mot* v = valeur(e);
   float x[3];
-  int nv = nombres(v, x, 3);
+  int nv = bloc_nombres(v, x, 3);
   if (nv < 0) return refuse(e[1], e[2]);
   if (nv == 0) {
     Vol_inter* r = l.empty() ? nullptr : vol_inter_de(l[0]);
@@ -158,7 +144,7 @@ int option_liste(mot* bloc, const mot* e, int liste) {
 // one more frame through, 0 runs freely again.
 int option_pas(mot* bloc, const mot* v, int env) {
   float x = 0;
-  if (nombres(v, &x, 1) < 1) return refuse(env, env ? B_PAS : A_PAS_);
+  if (bloc_nombres(v, &x, 1) < 1) return refuse(env, env ? B_PAS : A_PAS_);
   if (x > 0) inter.pas_demande = x < 1e6f ? static_cast<int>(x) : 1000000, inter.pas_bloque = 0;
   else if (x < 0) inter.pas_bloque = 0;
   else inter.pas_demande = inter.pas_bloque = 0;
@@ -195,7 +181,7 @@ int option(mot* bloc, const mot* e, const mot* limite) {
         // phrase it is the frame's.
         return option_pas(bloc, v, 0);
       case A_ETAPE:
-        inter.etape = nombres(v, x, 1) > 0 ? static_cast<int>(x[0]) : 6;
+        inter.etape = bloc_nombres(v, x, 1) > 0 ? static_cast<int>(x[0]) : 6;
         return rien(bloc);
     }
     return 1;
@@ -204,7 +190,7 @@ int option(mot* bloc, const mot* e, const mot* limite) {
     case B_PAS:
       return option_pas(bloc, v, 1);
     case B_CADENCE: {
-      int n = nombres(v, x, 1);
+      int n = bloc_nombres(v, x, 1);
       if (n < 0) return refuse(1, B_CADENCE);
       if (n > 0 && x[0] >= 0 && x[0] < 100000) inter.cadence = static_cast<int>(x[0]);
       inter.t0 = ticks_ms();
@@ -216,7 +202,7 @@ int option(mot* bloc, const mot* e, const mot* limite) {
       return rien(bloc);
     case B_ETAT: {
       float et = 1;
-      if (nombres(v, x, 1) > 0) et = x[0];
+      if (bloc_nombres(v, x, 1) > 0) et = x[0];
       for (int num : vols_de(bloc))
         if (Vol_inter* r = vol_inter_de(num)) r->etat = static_cast<int>(et);
       return rien(bloc);
@@ -236,14 +222,14 @@ int option(mot* bloc, const mot* e, const mot* limite) {
       return 0;
     }
     case B_GLIDE: {
-      int n = nombres(v, x, 2);
+      int n = bloc_nombres(v, x, 2);
       if (n < 1) return refuse(1, B_GLIDE);
       if (inter_glide(static_cast<int>(x[0]), n > 1 ? static_cast<int>(x[1]) : 25) < 0) return -1;
       return rien(bloc);
     }
     case B_SOU: {
       // A number: what the mouse drags, as the menu entries set it.
-      if (nombres(v, x, 1) < 1) return 1;
+      if (bloc_nombres(v, x, 1) < 1) return 1;
       inter.cmd_souris = static_cast<int>(x[0]);
       return rien(bloc);
     }
@@ -283,7 +269,7 @@ int debut(mot* bloc) {
             // (n, "fonction")
             for (const mot *c = v + 4, *fin = v + v[0]; c < fin && c[0] >= 4; c += c[0]) {
               if (const char* s = chaine(c)) nom = s;
-              else if (nombres(c, x, 1) == 1) n = static_cast<int>(x[0]);
+              else if (bloc_nombres(c, x, 1) == 1) n = static_cast<int>(x[0]);
             }
           }
           if (!nom) return refuse(0, A_FONC_);
@@ -310,7 +296,7 @@ int debut(mot* bloc) {
           break;
         }
         case A_TEM: {
-          int n = nombres(v, x, 3);
+          int n = bloc_nombres(v, x, 3);
           if (n < 0) return refuse(0, A_TEM);
           if (n == 0) x[0] = 1;
           for (int k = 0; k < (n > 0 ? n : 1); ++k)
@@ -321,7 +307,7 @@ int debut(mot* bloc) {
           break;
         }
         case A_BROU:
-          if (nombres(v, x, 1) > 0) brouillard_etat.loi = static_cast<int>(x[0]) & 3;
+          if (bloc_nombres(v, x, 1) > 0) brouillard_etat.loi = static_cast<int>(x[0]) & 3;
           break;
         default:
           break;  // a50, a69, a82, a107: kept for the tools
@@ -334,7 +320,7 @@ int debut(mot* bloc) {
         if (n < 0) return refuse(1, B_VOL);
         avec_vols = n > 0 || avec_vols;
         std::vector<float> y(n > 0 ? n : 0);
-        if (n > 0) nombres(v, y.data(), n);
+        if (n > 0) bloc_nombres(v, y.data(), n);
         for (float f : y) vols.push_back(static_cast<int>(f));
         break;
       }
@@ -346,7 +332,7 @@ int debut(mot* bloc) {
         break;
       }
       case B_CADENCE: {
-        if (nombres(v, x, 1) < 1 || !(x[0] >= 0 && x[0] < 100000)) return refuse(1, B_CADENCE);
+        if (bloc_nombres(v, x, 1) < 1 || !(x[0] >= 0 && x[0] < 100000)) return refuse(1, B_CADENCE);
         a.cadence = static_cast<int>(x[0]);
         break;
       }
@@ -360,10 +346,10 @@ int debut(mot* bloc) {
         break;
       }
       case B_TRACE:
-        if (nombres(v, x, 1) > 0 && x[0] >= 0 && x[0] <= 1000) inter.nb_traces = static_cast<int>(x[0]);
+        if (bloc_nombres(v, x, 1) > 0 && x[0] >= 0 && x[0] <= 1000) inter.nb_traces = static_cast<int>(x[0]);
         break;
       case B_BRO: {
-        if (nombres(v, x, 3) == 3) {
+        if (bloc_nombres(v, x, 3) == 3) {
           brouillard_etat.actif = true;
           brouillard_etat.coul[0] = x[0], brouillard_etat.coul[1] = x[1], brouillard_etat.coul[2] = x[2];
           brouillard_etat.coul[3] = 1;
@@ -371,13 +357,13 @@ int debut(mot* bloc) {
         break;
       }
       case B_ZBU:
-        if (nombres(v, x, 2) == 2) brouillard_etat.debut = x[0], brouillard_etat.fin = x[1];
+        if (bloc_nombres(v, x, 2) == 2) brouillard_etat.debut = x[0], brouillard_etat.fin = x[1];
         break;
       case B_COE_:
-        if (nombres(v, x, 1) == 1) brouillard_etat.densite = x[0];
+        if (bloc_nombres(v, x, 1) == 1) brouillard_etat.densite = x[0];
         break;
       case B_ATT_MENU:
-        if (nombres(v, x, 1) == 1) inter.attache_menu = static_cast<int>(x[0]);
+        if (bloc_nombres(v, x, 1) == 1) inter.attache_menu = static_cast<int>(x[0]);
         break;
       case B_ECRAN:
         plein_ecran(true);
@@ -388,9 +374,9 @@ int debut(mot* bloc) {
         break;
       case B_MEM_: {
         inter.nb_mem = 0;
-        int n = nombres(v, x, 4);
+        int n = bloc_nombres(v, x, 4);
         float y[64];
-        n = nombres(v, y, 64);
+        n = bloc_nombres(v, y, 64);
         for (int k = 0; k < n; ++k) inter.mem_vols[inter.nb_mem++] = static_cast<int>(y[k]);
         break;
       }

@@ -27,7 +27,7 @@ constexpr float DEG = 57.2957763671875f;
 constexpr float MASSE_MIN = 0.0001f;
 
 // Messages of list b.
-constexpr int MES_MASSE = 130, MES_SOM_HORS = 131, MES_ARBRE = 132, MES_DYN_VOL = 133;
+constexpr int MES_MASSE = 136, MES_SOM_HORS = 137, MES_ARBRE = 138, MES_DYN_VOL = 139;
 
 struct Vec {
   float x = 0, y = 0, z = 0;

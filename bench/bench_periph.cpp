@@ -18,6 +18,7 @@
 #include "device/device.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
+#include "tests/outils/vocabulaire.h"
 
 extern char** environ;
 
@@ -70,12 +71,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "bench_periph envoi_udp.py mem_pair\n");
     return 2;
   }
-  tas::init();
-  kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
-  kom_charge(ORVANE_SOURCE "/env/komb.h", 1);
-  mes_charge(ORVANE_SOURCE "/env/mesa.h", 0);
-  mes_charge(ORVANE_SOURCE "/env/mesb.h", 1);
-  messages.charges = true;
+  vocabulaire_charge();
   piles_alloue(100, 100000, 100, 1000);
   periph_enregistre();
   mot* b = piles.eva_base;

@@ -24,6 +24,7 @@ bash bench/fichiers.sh
 bash tests/display/sous_xvfb.sh python3 bench/fenetre.py build/orvane
 bash bench/gl.sh
 bash bench/interaction.sh
+bash bench/brosse.sh
 bash bench/rendu.sh
 bash bench/periph.sh
 build/bench/bench_fft

@@ -132,6 +132,10 @@ mot* bloc_element(mot* b, int i, mot* tag, mot* nc);
 mot* bloc_ligne(mot* b, int i, int* n);
 mot* bloc_vecteur(mot* b, int* n);
 int vecteur_cherche(const mot* v, float x);
+// Up to `max` numbers of a value (a float or integer scalar pair, or a float
+// or integer Bloc) into x: how many; 0 for no value or NIL; -1 for anything
+// else. A scalar counts 1 even when max is 0, so that callers can ask.
+int bloc_nombres(const mot* v, float* x, int max);
 
 // Length of a string Bloc holding s: header + (strlen / 4) + 1 words.
 inline mot long_chaine(std::size_t lg) { return 4 + static_cast<mot>(lg / 4) + 1; }

@@ -197,3 +197,20 @@ int bloc_ajoute(mot* acc, const mot* limite, const mot* src, int i) {
   }
   return 0;
 }
+
+int bloc_nombres(const mot* v, float* x, int max) {
+  if (!v) return 0;
+  if (v[0] == BLOC_REEL || v[0] == BLOC_ENTIER) {
+    if (max > 0) x[0] = v[0] == BLOC_REEL ? lit_reel(v + 1) : static_cast<float>(v[1]);
+    return 1;
+  }
+  if (v[0] < 4) return -1;
+  if (v[1] == BLOC_NIL) return 0;
+  if (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER) return -1;
+  const int n = v[0] - 4 < max ? static_cast<int>(v[0] - 4) : max;
+  if (v[1] == BLOC_REEL)
+    for (int k = 0; k < n; ++k) x[k] = lit_reel(v + 4 + k);
+  else
+    for (int k = 0; k < n; ++k) x[k] = static_cast<float>(v[4 + k]);
+  return n;
+}

@@ -37,24 +37,6 @@ float travail[AUDIO_MAX];
 mot ligne[4 + 3 * AUDIO_MAX];
 mot nombre_voulu[5];
 
-// Up to `max` numbers of a clause's value; -1 when it holds something else.
-int nombres(const mot* v, float* x, int max) {
-  if (!v) return 0;
-  if (v[0] == BLOC_REEL) {
-    x[0] = lit_reel(v + 1);
-    return 1;
-  }
-  if (v[0] == BLOC_ENTIER) {
-    x[0] = static_cast<float>(v[1]);
-    return 1;
-  }
-  if (v[0] < 4 || (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER)) return v[0] >= 4 && v[1] == BLOC_NIL ? 0 : -1;
-  int n = static_cast<int>(v[0] - 4);
-  if (n > max) n = max;
-  for (int k = 0; k < n; ++k) x[k] = v[1] == BLOC_REEL ? lit_reel(v + 4 + k) : static_cast<float>(v[4 + k]);
-  return n;
-}
-
 int refuse(int env, int ord) {
   mot_imprime(env, ord);
   message(0, MES_VALEUR);
@@ -106,7 +88,7 @@ int nom_et_nombre(const mot* v, const char** nom, float* x) {
   if (v[2] == 1) return 0;
   e += taille_item(e);
   float y[2];
-  if (nombres(e, y, 2) != 1 || !std::isfinite(y[0])) return -1;
+  if (bloc_nombres(e, y, 2) != 1 || !std::isfinite(y[0])) return -1;
   *x = y[0];
   return 0;
 }
@@ -166,7 +148,7 @@ int cmd_audio(mot* bloc, mot* valeur, const mot* limite) {
       continue;
     }
     float x[3] = {};
-    const int n = nombres(argument(e), x, 3);
+    const int n = bloc_nombres(argument(e), x, 3);
     if (n < 0) return refuse(env, ord);
     if (env == 1 && (ord == B_CADENCE || ord == B_NURBS || ord == B_TIRE)) {
       for (int i = 0; i < n; ++i)

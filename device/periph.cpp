@@ -35,29 +35,9 @@ struct Clauses {
 
 mot* valeur_de(mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
 
-// The numbers of a value: a scalar pair, or a block of floats or integers.
-int nombres(const mot* v, float* x, int max) {
-  if (!v) return 0;
-  if (v[0] == BLOC_REEL) {
-    x[0] = lit_reel(v + 1);
-    return 1;
-  }
-  if (v[0] == BLOC_ENTIER) {
-    x[0] = static_cast<float>(v[1]);
-    return 1;
-  }
-  if (v[0] < 4) return 0;
-  int n = 0;
-  if (v[1] == BLOC_REEL)
-    for (mot k = 4; k < v[0] && n < max; ++k) x[n++] = lit_reel(v + k);
-  else if (v[1] == BLOC_ENTIER)
-    for (mot k = 4; k < v[0] && n < max; ++k) x[n++] = static_cast<float>(v[k]);
-  return n;
-}
-
 int entier(const mot* e, int defaut) {
   float x;
-  return e && nombres(valeur_de(const_cast<mot*>(e)), &x, 1) == 1 ? entier_sature(x) : defaut;
+  return e && bloc_nombres(valeur_de(const_cast<mot*>(e)), &x, 1) == 1 ? entier_sature(x) : defaut;
 }
 
 Clauses lit_clauses(mot* phrase) {
@@ -219,7 +199,7 @@ void ferme_un(int n, int dernier = NB_PERIPH - 1) {
 
 int ferme(mot* phrase, const Clauses& c) {
   float x[NB_PERIPH + 1];
-  int n = nombres(c.numero ? valeur_de(c.numero) : nullptr, x, NB_PERIPH + 1);
+  int n = bloc_nombres(c.numero ? valeur_de(c.numero) : nullptr, x, NB_PERIPH + 1);
   if (n == 0)
     for (int k = 1; k < NB_PERIPH; ++k) ferme_un(k);
   for (int k = 0; k < n; ++k) ferme_un(entier_sature(x[k]));
@@ -229,7 +209,7 @@ int ferme(mot* phrase, const Clauses& c) {
 
 int purge(mot* phrase, const Clauses& c) {
   float x[NB_PERIPH + 1];
-  int n = nombres(c.numero ? valeur_de(c.numero) : nullptr, x, NB_PERIPH + 1);
+  int n = bloc_nombres(c.numero ? valeur_de(c.numero) : nullptr, x, NB_PERIPH + 1);
   for (int k = 0; k < n; ++k) {
     int i = entier_sature(x[k]);
     if (i >= 0 && i < NB_PERIPH && periphs[i].type == PERIPH_COM) com_purge(&periphs[i]);
@@ -306,7 +286,7 @@ int periph_lit_ecrit(mot* phrase, const mot* limite, mot* donnee) {
     case PERIPH_FIC: return fic_lit(p, phrase, limite);
     case PERIPH_MEM: {
       float etape = 0;
-      if (c.etape) nombres(valeur_de(c.etape), &etape, 1);
+      if (c.etape) bloc_nombres(valeur_de(c.etape), &etape, 1);
       return mem_lit(p, phrase, limite, c.envoi, etape);
     }
     case PERIPH_COM: return com_lit(p, phrase, limite, entier(c.octets, 1), c.debug);
@@ -330,7 +310,7 @@ int periph_timeout(mot* phrase, mot* valeur, const mot* limite) {
   if (!p) return rapport(phrase, n);
   if (valeur) {
     float x;
-    if (nombres(valeur, &x, 1) == 1) p->timeout = entier_sature(x);
+    if (bloc_nombres(valeur, &x, 1) == 1) p->timeout = entier_sature(x);
     phrase[0] = 0;
     return 0;
   }

@@ -31,25 +31,6 @@ const mot* valeur_de(mot* bloc, const mot* valeur) {
   return v;
 }
 
-// Up to `max` numbers of a value (a float or integer Bloc, or a scalar
-// pair); -1 when it holds something else.
-int nombres(const mot* v, float* x, int max) {
-  if (!v) return 0;
-  if (v[0] == BLOC_REEL) {
-    x[0] = lit_reel(v + 1);
-    return 1;
-  }
-  if (v[0] == BLOC_ENTIER) {
-    x[0] = static_cast<float>(v[1]);
-    return 1;
-  }
-  if (v[0] < 4 || (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER)) return -1;
-  int n = static_cast<int>(v[0] - 4);
-  if (n > max) n = max;
-  for (int k = 0; k < n; ++k) x[k] = v[1] == BLOC_REEL ? lit_reel(v + 4 + k) : static_cast<float>(v[4 + k]);
-  return n;
-}
-
 const char* chaine(const mot* v) {
   return v && v[0] >= 5 && v[1] == BLOC_CHAINE ? reinterpret_cast<const char*>(v + 4) : nullptr;
 }
@@ -81,7 +62,7 @@ int rien(mot* bloc) {
 // 0 to 1.
 int cmd_fond(mot* bloc, mot* valeur, const mot*) {
   float c[3] = {0, 0, 0};
-  int n = nombres(valeur_de(bloc, valeur), c, 3);
+  int n = bloc_nombres(valeur_de(bloc, valeur), c, 3);
   if (n < 0) return refuse(B_FOND_ECRAN);
   if (fen.fenetre < 1) return sans_fenetre();
   fond_ecran(c[0], c[1], c[2]);
@@ -92,7 +73,7 @@ int cmd_fond(mot* bloc, mot* valeur, const mot*) {
 // from the left, bottom.
 int cmd_pixel(mot* bloc, mot* valeur, const mot* limite) {
   float p[2] = {0, 0};
-  int n = nombres(valeur_de(bloc, valeur), p, 2);
+  int n = bloc_nombres(valeur_de(bloc, valeur), p, 2);
   if (n < 0) return refuse(B_PIXEL);
   if (fen.fenetre < 1) return sans_fenetre();
   mot x = 0, y = 0;
@@ -111,7 +92,7 @@ int cmd_pixel(mot* bloc, mot* valeur, const mot* limite) {
 // curseur(v): the pointer shown (v not 0) or hidden.
 int cmd_curseur(mot* bloc, mot* valeur, const mot*) {
   float v = 1;
-  if (nombres(valeur_de(bloc, valeur), &v, 1) < 0) return refuse(B_CURSEUR);
+  if (bloc_nombres(valeur_de(bloc, valeur), &v, 1) < 0) return refuse(B_CURSEUR);
   fen.curseur = v != 0;
   if (fen.fenetre > 0) glutSetCursor(fen.curseur ? GLUT_CURSOR_INHERIT : GLUT_CURSOR_NONE);
   return rien(bloc);
@@ -128,7 +109,7 @@ int cmd_fen(mot* bloc, mot* valeur, const mot* limite) {
     plein_ecran(true);
     return rien(bloc);
   }
-  int n = nombres(v, p, 2);
+  int n = bloc_nombres(v, p, 2);
   if (n < 0) return refuse(B_FEN);
   if (n == 0) {
     float r[4] = {static_cast<float>(fen.dimx), static_cast<float>(fen.dimy),
@@ -162,7 +143,7 @@ int cmd_sou(mot* bloc, mot* valeur, const mot* limite) {
     return rien(bloc);
   }
   float p = 0;
-  int n = nombres(v, &p, 1);
+  int n = bloc_nombres(v, &p, 1);
   if (n < 0) return refuse(B_SOU);
   if (n == 0) {
     float r[11] = {static_cast<float>(fen.souris_x), static_cast<float>(fen.souris_y),

@@ -26,22 +26,8 @@ constexpr int M_SANS_FENETRE = 95;  // env 1
 // Up to `max` finite numbers of an element's value; -1 for anything else.
 int nombres(const mot* e, float* x, int max) {
   if (e[0] <= 3) return 0;
-  const mot* v = e + 3;
-  int n = 0;
-  if (v[0] == BLOC_REEL) {
-    x[0] = lit_reel(v + 1);
-    n = 1;
-  } else if (v[0] == BLOC_ENTIER) {
-    x[0] = static_cast<float>(v[1]);
-    n = 1;
-  } else if (v[0] >= 4 && (v[1] == BLOC_REEL || v[1] == BLOC_ENTIER)) {
-    n = static_cast<int>(v[0] - 4);
-    if (n > max) n = max;
-    for (int k = 0; k < n; ++k) x[k] = v[1] == BLOC_REEL ? lit_reel(v + 4 + k) : static_cast<float>(v[4 + k]);
-  } else {
-    return -1;
-  }
-  for (int k = 0; k < n; ++k)
+  const int n = bloc_nombres(e + 3, x, max);
+  for (int k = 0; k < n && k < max; ++k)
     if (!std::isfinite(x[k])) return -1;
   return n;
 }

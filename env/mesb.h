@@ -133,7 +133,13 @@
 |127:Fichier son tronque ou illisible\7\n
 |128:Fichier son trop grand: 1000000 octets de son au plus\7\n
 |129:Pas de sortie du son: peripherique absent ou refuse\7\n
-|130:Masse nulle, negative ou invalide: ce corps ne bouge pas\7\n
-|131:Numero de sommet hors du volume\7\n
-|132:Arbre de volumes en boucle: la suite de ce pas est sautee\7\n
-|133:dyn pas(n) vol(n): volume inconnu ou nombre de pas invalide\7\n
+|130:Rayon du pinceau hors de [1, 512]\7\n
+|131:Numero de pinceau hors de [0, 20]\7\n
+|132:ffmpeg absent: installer le paquet ffmpeg\7\n
+|133:Image absente, sautee\n
+|134:Images egales ou nulles: pas de film\7\n
+|135:Commande externe en echec\7\n
+|136:Masse nulle, negative ou invalide: ce corps ne bouge pas\7\n
+|137:Numero de sommet hors du volume\7\n
+|138:Arbre de volumes en boucle: la suite de ce pas est sautee\7\n
+|139:dyn pas(n) vol(n): volume inconnu ou nombre de pas invalide\7\n

@@ -63,21 +63,7 @@ int res_charge(Objet* o, Reseau* r, const Tirage& t, bool tirer) {
       for (int k : l) v.neurone.push_back(k - 1);
       v.debut.push_back(static_cast<int>(v.neurone.size()));
     }
-    const std::size_t p = v.neurone.size();
-    v.wdebut.assign(c.size(), 0);
-    long taille = 0;
-    for (std::size_t k = 1; k < c.size(); ++k) {
-      v.wdebut[k] = taille;
-      taille += static_cast<long>(c[k].size()) * c[k - 1].size();
-    }
-    v.w.resize(taille);
-    v.net.assign(p, 0.f);
-    v.sortie.assign(p, 0.f);
-    v.delta.assign(p, 0.f);
-    v.erreur.assign(p, 0.f);
-    v.code.assign(p, 1);
-    v.param.assign(p, 1.f);
-    v.fonction.assign(p, 0);
+    res_dimensionne(&v);
   } catch (const std::bad_alloc&) {
     message(0, MES_ALLOCATION);
     return -1;

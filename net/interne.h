@@ -74,6 +74,9 @@ int res_range(Reseau* r);
 void res_tire(float* w, int n, const std::vector<std::vector<int>>& couches, int sorte, const Tirage& t);
 // The layers of a network (neuron numbers from 1), or -1 after the message.
 int res_couches(Objet* o, std::vector<std::vector<int>>* c);
+// Sizes the weights and the per-neuron arrays from `debut` and `neurone`
+// (weights zero, codes and parameters 1); throws std::bad_alloc.
+void res_dimensionne(Reseau* v);
 
 // The training of one network: res[0..2] = passes used, largest error,
 // converged flag. -1 on failure with the weights as they were.

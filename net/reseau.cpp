@@ -203,6 +203,25 @@ void res_tire(float* w, int n, const std::vector<std::vector<int>>& couches, int
       for (int j : couches[k]) pose(j, i);
 }
 
+void res_dimensionne(Reseau* v) {
+  const int nc = v->couches();
+  v->wdebut.assign(nc > 0 ? nc : 0, 0);
+  long taille = 0;
+  for (int k = 1; k < nc; ++k) {
+    v->wdebut[k] = taille;
+    taille += static_cast<long>(v->taille(k)) * v->taille(k - 1);
+  }
+  v->w.assign(taille, 0.f);
+  const std::size_t p = v->neurone.size();
+  v->net.assign(p, 0.f);
+  v->sortie.assign(p, 0.f);
+  v->delta.assign(p, 0.f);
+  v->erreur.assign(p, 0.f);
+  v->code.assign(p, 1);
+  v->param.assign(p, 1.f);
+  v->fonction.assign(p, 0);
+}
+
 void res_prepare(Reseau* r, std::span<const int> tailles, int sorte) {
   Reseau v;
   v.sorte = sorte;
@@ -212,21 +231,7 @@ void res_prepare(Reseau* r, std::span<const int> tailles, int sorte) {
     v.debut.push_back(static_cast<int>(v.neurone.size()));
   }
   v.n = static_cast<int>(v.neurone.size());
-  long taille = 0;
-  v.wdebut.assign(tailles.size(), 0);
-  for (std::size_t k = 1; k < tailles.size(); ++k) {
-    v.wdebut[k] = taille;
-    taille += static_cast<long>(tailles[k]) * tailles[k - 1];
-  }
-  v.w.assign(taille, 0.f);
-  std::size_t p = v.neurone.size();
-  v.net.assign(p, 0.f);
-  v.sortie.assign(p, 0.f);
-  v.delta.assign(p, 0.f);
-  v.erreur.assign(p, 0.f);
-  v.code.assign(p, 1);
-  v.param.assign(p, 1.f);
-  v.fonction.assign(p, 0);
+  res_dimensionne(&v);
   *r = std::move(v);
   if (sorte == RES_CARTE && tailles.size() >= 2) res_voisins_grille(r);
 }

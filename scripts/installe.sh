@@ -6,7 +6,7 @@ paquets=(g++ cmake make libgtest-dev libmimalloc-dev libjpeg62-turbo-dev libpng-
          python3-pil imagemagick hyperfine
          freeglut3-dev libgl-dev libglu1-mesa-dev libx11-dev libreadline-dev libgl1-mesa-dri
          xvfb xauth xdotool libfftw3-dev python3-sklearn libfann-dev
-         libasound2-dev liblo-dev liblo-tools socat pkg-config)
+         libasound2-dev liblo-dev liblo-tools socat pkg-config ffmpeg)
 manque=()
 for p in "${paquets[@]}"; do
   dpkg -s "$p" >/dev/null 2>&1 || manque+=("$p")

@@ -68,24 +68,6 @@ const char* chaine_de(const mot* v) {
   return v && v[0] >= 5 && v[1] == BLOC_CHAINE ? reinterpret_cast<const char*>(v + 4) : nullptr;
 }
 
-int nombres_de(const mot* v, float* x, int max) {
-  if (!v) return 0;
-  if (v[0] == BLOC_REEL) {
-    x[0] = lit_reel(v + 1);
-    return 1;
-  }
-  if (v[0] == BLOC_ENTIER) {
-    x[0] = static_cast<float>(v[1]);
-    return 1;
-  }
-  if (v[0] < 4) return -1;
-  if (v[1] == BLOC_NIL) return 0;
-  if (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER) return -1;
-  int n = static_cast<int>(v[0] - 4);
-  if (n > max) n = max;
-  for (int k = 0; k < n; ++k) x[k] = v[1] == BLOC_REEL ? lit_reel(v + 4 + k) : static_cast<float>(v[4 + k]);
-  return n;
-}
 }  // namespace outils
 
 int puls_cree(std::string_view nom, float x, float y, float pas) {
@@ -134,7 +116,7 @@ void puls_vide() {
 int puls_commande(mot* bloc, mot* valeur, const mot* limite) {
   mot* e = bloc + 4;
   float v[3] = {0, 0, 0};
-  int nv = outils::nombres_de(e[0] > 3 ? e + 3 : valeur, v, 3);
+  int nv = bloc_nombres(e[0] > 3 ? e + 3 : valeur, v, 3);
   const char* nom = nullptr;
   int axe = 0;
   float quantite = 1, coul[3];
@@ -152,11 +134,11 @@ int puls_commande(mot* bloc, mot* valeur, const mot* limite) {
     } else if (e[1] == 1 && est_axe(e[2])) {
       axe = e[2];
       float q = 1;
-      if (outils::nombres_de(a, &q, 1) > 0) quantite = q;
+      if (bloc_nombres(a, &q, 1) > 0) quantite = q;
     } else if (e[1] == 1 && e[2] == outils::B_CADENCE) {
       minute = true;
     } else if (e[1] == 1 && e[2] == outils::B_COUL) {
-      a_coul = outils::nombres_de(a, coul, 3) == 3;
+      a_coul = bloc_nombres(a, coul, 3) == 3;
     } else if (e[1] == 1 && e[2] == outils::B_VOL && a) {
       liste = true;
     }

@@ -67,7 +67,7 @@ int menu_commande(mot* bloc, mot* valeur, const mot* limite) {
     }
   } else {
     float x;
-    int n = outils::nombres_de(v, &x, 1);
+    int n = bloc_nombres(v, &x, 1);
     if (n < 0) return refuse();
     if (n == 0) {
       outils::reconstruit();
@@ -90,6 +90,8 @@ int menu_commande(mot* bloc, mot* valeur, const mot* limite) {
 
 void outils_enregistre() {
   outils::menus_enregistre();
+  brosse_enregistre();
+  film_enregistre();
   commande_enregistre(0, outils::A_PULS, puls_commande);
   commande_enregistre(1, outils::B_MENU, menu_commande);
 }

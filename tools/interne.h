@@ -26,7 +26,6 @@ int lance_ligne(std::string_view ligne);
 // A text of a string Bloc value, or null.
 const char* chaine_de(const mot* v);
 // Up to `max` numbers of a value; -1 when it holds something else.
-int nombres_de(const mot* v, float* x, int max);
 // Text of entry n (from 1) of the `exec` chain or of the "menu" chain;
 // null past the end.
 const char* chaine_entree(bool menu, int n);

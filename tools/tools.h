@@ -12,6 +12,7 @@
 #pragma once
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "core/bloc.h"
@@ -164,3 +165,94 @@ int dessine_textes();
 // 0, or -1 when the file cannot be read or names an unknown function (the
 // interaction then ends).
 int lit_menus(const char* nom);
+
+// ---- the brush (mode 156) -----------------------------------------------------
+// 20 brushes numbered from 1; `pinceau_courant` 0 means none, and a setting
+// tried then prints "pinceau OFF". The masks are made on the first dab and
+// again when the radius, shape or angle changes.
+constexpr int NB_PINCEAUX = 20;
+constexpr int FORME_ROND = 50, FORME_CARRE = 53, FORME_LIGNE = 22, FORME_BITMAP = 147;
+constexpr int MODE_DRAW = 82, MODE_LISSER = 145;
+constexpr float RAYON_MAX = 512;  // a box of 1024 x 1024 pixels at most
+// One brush: 18 words. The four arrays are arena offsets (0 none):
+//   masque   w x h x 4 bytes, the weight of each pixel in byte 3
+//   couleur  w x h x 4 bytes, the work copy of a smoothing
+//   fond     w x h x 4 bytes, the box read from the window
+//   pts      taille_max points of a stroke, two words each, pointer coordinates
+// Invariants: w = h = the box of the masks as last made (0 before the first
+// dab); 1 <= rayon <= RAYON_MAX; transp and alea in [0, 1]; nb_pts <= taille_max.
+struct Pinceau {
+  std::int32_t forme, mode, w, h;
+  float rayon, transp, alea;
+  std::int32_t nb_pts;
+  mot pts;
+  float angle;
+  mot masque, couleur, fond;
+  float coul[3];
+  std::int32_t taille_max;
+  std::int32_t fonc;  // 1 when the function named in fonc_noms runs at each dab
+};
+constexpr int LONG_FONC = 63;
+static_assert(sizeof(Pinceau) == 18 * 4);
+extern Pinceau pinceaux[NB_PINCEAUX];
+extern char fonc_noms[NB_PINCEAUX][LONG_FONC + 1];
+extern int pinceau_courant;
+// What the mouse changes now: 0 paints, 17 / 155 the pickers, 68, 116, 59,
+// 37, 57 a slider, 22 / 147 a stroke's capture.
+extern int brosse_commande;
+// The current brush, or null after "pinceau OFF".
+Pinceau* pinceau_actif();
+// Sets a brush's radius: -1 after a message when outside [1, RAYON_MAX].
+int pinceau_rayon(Pinceau& p, float r);
+// Makes the masks for the brush's radius, shape and angle (nothing when
+// they already fit). 0, or -1 after "%d: " and message 0:28.
+int pinceau_masques(Pinceau& p);
+// The dab itself over a box of w x h RGBA pixels (w, h at most the masks'):
+// draw mixes the colour by 1 - transp (times a draw in [alea, 1]), lisser
+// puts the mean of the 3 x 3 neighbours inside the box.
+void touche_boite(Pinceau& p, unsigned char* boite, int w, int h);
+// A dab of the current brush centred at the pointer's (x, y) (y down) in the
+// window. 0, or -1 (no brush, no window, no memory, a failing function).
+int touche(int x, int y);
+// A stroke: the point appended; at `taille_max` points "fin saisie" ends the
+// capture and the stroke is played as dabs (also by brosse_trait_fin).
+int brosse_trait_point(int x, int y);
+int brosse_trait_fin(bool dire = true);
+// The undo image: the whole window kept and drawn back. 0 or -1.
+int brosse_sauve();
+int brosse_restitue();
+// Entry n (1 to 20) of the tool's menu.
+void brosse_menu(int entree);
+// Enters mode 156 (the window must be open): 0 or -1.
+int brosse_entre();
+// The fonts of the text mode: the window system's names, in order.
+constexpr const char* POLICES[] = {"9_BY_15",  "8_BY_13",      "ROMAN_10",     "ROMAN_24",
+                                   "HELVETICA_10", "HELVETICA_12", "HELVETICA_18", "STROKE_ROMAN"};
+void brosse_enregistre();
+
+// ---- image sequences and movies (mode 127) -----------------------------------
+// `lecture` (b127), for the language:
+//   lecture("f.png", i1, i2 [, pas]) cadence(n)    plays f0001.png... in the window
+//   lecture("f.png", i1, i2) affiche               reviews them at the console
+//   lecture("f.png", i1, i2) film("nom") taille(w, h) [aff]
+//                                                  makes the movie (and plays it)
+//   lecture film("nom") aff                        only plays it
+//   lecture("f.png", i1, i2) ecrire("liste")       the list file
+//   lecture                                        the numbers the last playback showed
+//   lecture(0)                                     stops the playback
+// Frame k of a root: "f.png" gives "f0007.png"; a root with no extension
+// takes the number at its end.
+std::string film_image(std::string_view racine, long k);
+// The step with the sign that goes from i1 to i2.
+int film_pas(int i1, int i2, int s);
+// Runs "makemovie -o nom [-s w,h] frames..." (one argument each, no shell):
+// i1 = i2, or a 0 among them, fails with -1 and runs nothing; ffmpeg
+// missing is told with its package. With `jouer` the movie plays after (a
+// name alone only plays). 0 or -1.
+int film_fabrique(std::string_view racine, int i1, int i2, int s, const char* nom, int w, int h, bool jouer);
+// Writes the names of the range into `fichier`, one a line, printing each
+// with its size; the count, or -1.
+int film_liste(std::string_view racine, int i1, int i2, int s, const char* fichier);
+// The numbers the last playback showed, in order.
+int film_montrees(const int** nums);
+void film_enregistre();

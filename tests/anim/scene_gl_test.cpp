@@ -256,7 +256,9 @@ TEST(SceneGl, DrapTombeSurUnCollisionneur) {
       if (k == 60) p60 = p;
     }
     if (k == 13) appels = memoire.appels;
-    if (k == 59) EXPECT_EQ(memoire.appels, appels);
+    if (k == 59) {
+      EXPECT_EQ(memoire.appels, appels);
+    }
   }
   interaction_fin();
   etats[1][150] = dyn_avant, vd[0] = vd_avant;

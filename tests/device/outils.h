@@ -18,6 +18,7 @@
 #include "device/device.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
+#include "tests/outils/vocabulaire.h"
 
 struct Clause {
   int env, ord;
@@ -50,12 +51,7 @@ struct Periphs : testing::Test {
   mot* resultat = nullptr;
 
   void SetUp() override {
-    tas::init();
-    kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
-    kom_charge(ORVANE_SOURCE "/env/komb.h", 1);
-    mes_charge(ORVANE_SOURCE "/env/mesa.h", 0);
-    mes_charge(ORVANE_SOURCE "/env/mesb.h", 1);
-    messages.charges = true;
+    vocabulaire_charge();
     if (!piles.eva_base) piles_alloue(100, 200000, 100, 1000);
     periph_enregistre();
   }

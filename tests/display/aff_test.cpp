@@ -20,6 +20,7 @@
 #include "image/image.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
+#include "tests/outils/vocabulaire.h"
 
 namespace {
 using namespace aff_b;
@@ -47,12 +48,7 @@ struct Aff : testing::Test {
   Oeil oeil_depart;
 
   void SetUp() override {
-    tas::init();
-    kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
-    kom_charge(ORVANE_SOURCE "/env/komb.h", 1);
-    mes_charge(ORVANE_SOURCE "/env/mesa.h", 0);
-    mes_charge(ORVANE_SOURCE "/env/mesb.h", 1);
-    messages.charges = true;
+    vocabulaire_charge();
     ASSERT_EQ(piles_alloue(100, 400000, 12000, 2000), 0);
     objets_vide();
     ecran.image_ecran = nullptr;

@@ -13,6 +13,7 @@
 #include "startup/startup.h"
 
 #include "interp/interp.h"
+#include "tests/outils/vocabulaire.h"
 
 namespace {
 struct Element {
@@ -38,12 +39,7 @@ struct CommandeGeom : testing::Test {
   int r = 0;
 
   void SetUp() override {
-    tas::init();
-    kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
-    kom_charge(ORVANE_SOURCE "/env/komb.h", 1);
-    mes_charge(ORVANE_SOURCE "/env/mesa.h", 0);
-    mes_charge(ORVANE_SOURCE "/env/mesb.h", 1);
-    messages.charges = true;
+    vocabulaire_charge();
     ASSERT_EQ(piles_alloue(100, 200000, 100, 2000), 0);
     geom = Geom{};
   }

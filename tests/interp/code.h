@@ -12,6 +12,7 @@
 #include "core/objet.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
+#include "tests/outils/vocabulaire.h"
 
 namespace essai {
 
@@ -20,11 +21,7 @@ inline void environnement() {
   interp = Interp{};
   debug = Debug{};
   cadre = Cadre{};
-  kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
-  mes_charge(ORVANE_SOURCE "/env/mesa.h", 0);
-  kom_charge(ORVANE_SOURCE "/env/komb.h", 1);
-  mes_charge(ORVANE_SOURCE "/env/mesb.h", 1);
-  messages.charges = true;
+  vocabulaire_charge();
   mots_reinit();
   ASSERT_EQ(piles_alloue(1000, 100000, 2000, 10000), 0);
   bloc_nil = bloc_alloue(4);

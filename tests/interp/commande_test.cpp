@@ -10,6 +10,7 @@
 #include "startup/startup.h"
 
 #include "interp/interp.h"
+#include "tests/outils/vocabulaire.h"
 
 namespace {
 struct Element {
@@ -23,12 +24,7 @@ Element el(int env, int ord) { return {env, ord, {}, false}; }
 
 struct Commande : testing::Test {
   void SetUp() override {
-    tas::init();
-    kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
-    kom_charge(ORVANE_SOURCE "/env/komb.h", 1);
-    mes_charge(ORVANE_SOURCE "/env/mesa.h", 0);
-    mes_charge(ORVANE_SOURCE "/env/mesb.h", 1);
-    messages.charges = true;
+    vocabulaire_charge();
     ASSERT_EQ(piles_alloue(100, 100000, 100, 1000), 0);
   }
 

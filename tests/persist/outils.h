@@ -20,16 +20,12 @@
 #include "display/oeil.h"
 #include "persist/persist.h"
 #include "startup/startup.h"
+#include "tests/outils/vocabulaire.h"
 
 struct Monde : testing::Test {
   std::filesystem::path dossier, avant;
   void SetUp() override {
-    tas::init();
-    kom_charge(ORVANE_SOURCE "/env/koma.h", 0);
-    kom_charge(ORVANE_SOURCE "/env/komb.h", 1);
-    mes_charge(ORVANE_SOURCE "/env/mesa.h", 0);
-    mes_charge(ORVANE_SOURCE "/env/mesb.h", 1);
-    messages.charges = true;
+    vocabulaire_charge();
     if (!piles.obj_base) {
       ASSERT_EQ(piles_alloue(100, 100000, 3000, 1000), 0);
     }
