@@ -28,3 +28,4 @@ bash bench/brosse.sh
 bash bench/rendu.sh
 bash bench/periph.sh
 build/bench/bench_fft
+bash bench/dynamique.sh
