@@ -10,6 +10,7 @@
 #include <cstdint>
 
 struct Objet;
+using mot = std::int32_t;
 
 struct OutilsInter {
   void (*dessine_puls)() = nullptr;     // frame step 23: the on-screen buttons
@@ -33,6 +34,11 @@ struct ArgsInter {
   int nb_images = 0, nb_premieres = 0, echap_permis = 1;
   int cadence = 25;
 };
+// The hook functions that a phrase names (fonc, fin) into their slots;
+// -1 after a message. The network's screen reads them too.
+int interaction_fonctions(const mot* bloc, Objet* fonc[6], Objet** fonc_fin);
+// Runs a hook function (null: nothing); below 0 when it failed.
+int interaction_lance(Objet* f);
 // Starts an interaction: 0, or -1 after a message (nothing is left running).
 int interaction_debut(const ArgsInter& a);
 // One idle event of mode 85; below 0 when the interaction ended in it.

@@ -248,13 +248,52 @@ int option(mot* bloc, const mot* e, const mot* limite) {
   return 1;
 }
 
+}  // namespace
+
+int interaction_fonctions(const mot* bloc, Objet* fonc[6], Objet** fonc_fin) {
+  int libre = 1;
+  const mot* e = bloc + 4;
+  for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
+    if (e[1] != 0 || (e[2] != A_FONC_ && e[2] != A_FIN)) continue;
+    const mot* v = valeur(e);
+    if (e[2] == A_FIN) {
+      const char* nom = chaine(v);
+      if (!nom) return refuse(0, A_FIN);
+      if (!(*fonc_fin = fonction(nom))) return inconnue(nom);
+      continue;
+    }
+    // "fonction", or (n, "fonction") for slot n; unnumbered ones take the
+    // free slots from fonc_1 on.
+    int n = -1;
+    float x = 0;
+    const char* nom = chaine(v);
+    if (!nom && v && v[0] >= 4 && v[1] == BLOC_LISTE) {
+      for (const mot *c = v + 4, *fin = v + v[0]; c < fin && c[0] >= 4; c += c[0]) {
+        if (const char* s = chaine(c)) nom = s;
+        else if (bloc_nombres(c, &x, 1) == 1) n = static_cast<int>(x);
+      }
+    }
+    if (!nom) return refuse(0, A_FONC_);
+    Objet* f = fonction(nom);
+    if (!f) return inconnue(nom);
+    if (n < 0) {
+      while (libre < 6 && fonc[libre]) ++libre;
+      n = libre < 6 ? libre : 5;
+    }
+    if (n > 5) return refuse(0, A_FONC_);
+    fonc[n] = f;
+  }
+  return 0;
+}
+
+namespace {
 // The start: every keyword read once.
 int debut(mot* bloc) {
   ArgsInter a;
   std::vector<int> vols;
   bool avec_vols = false;
   std::string nom_images;
-  int libre = 1;
+  if (interaction_fonctions(bloc, a.fonc, &a.fonc_fin) < 0) return -1;
   mot* e = bloc + 4;
   for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
     const mot* v = valeur(e);
@@ -262,33 +301,9 @@ int debut(mot* bloc) {
     const int ord = e[2];
     if (e[1] == 0) {
       switch (ord) {
-        case A_FONC_: {
-          int n = -1;
-          const char* nom = chaine(v);
-          if (!nom && v && v[0] >= 4 && v[1] == BLOC_LISTE) {
-            // (n, "fonction")
-            for (const mot *c = v + 4, *fin = v + v[0]; c < fin && c[0] >= 4; c += c[0]) {
-              if (const char* s = chaine(c)) nom = s;
-              else if (bloc_nombres(c, x, 1) == 1) n = static_cast<int>(x[0]);
-            }
-          }
-          if (!nom) return refuse(0, A_FONC_);
-          Objet* f = fonction(nom);
-          if (!f) return inconnue(nom);
-          if (n < 0) {
-            while (libre < 6 && a.fonc[libre]) ++libre;
-            n = libre < 6 ? libre : 5;
-          }
-          if (n > 5) return refuse(0, A_FONC_);
-          a.fonc[n] = f;
-          break;
-        }
-        case A_FIN: {
-          const char* nom = chaine(v);
-          if (!nom) return refuse(0, A_FIN);
-          if (!(a.fonc_fin = fonction(nom))) return inconnue(nom);
-          break;
-        }
+        case A_FONC_:
+        case A_FIN:
+          break;  // read before the loop
         case A_NOM_IMG: {
           const char* nom = chaine(v);
           if (!nom || std::strlen(nom) > 100) return refuse(0, A_NOM_IMG);

@@ -35,6 +35,8 @@ int inter_lance(Objet* f) {
   return r < 0 ? -1 : 0;
 }
 
+int interaction_lance(Objet* f) { return inter_lance(f); }
+
 int inter_liste(int i) {
   for (Noeud_inter* n = inter.listes[i]; n; n = n->suivant) {
     if (!n->phrase) continue;

@@ -29,3 +29,4 @@ bash bench/rendu.sh
 bash bench/bruit.sh
 bash bench/periph.sh
 build/bench/bench_fft
+bash bench/dynamique.sh

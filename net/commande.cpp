@@ -56,6 +56,8 @@ int lit(mot* bloc, Lu* l, int saute = 0) {
   for (mot k = 0; k < saute && k < bloc[2]; ++k) e += e[0];
   for (mot k = saute; k < bloc[2]; ++k, e += e[0]) {
     const int env = e[1], ord = e[2];
+    // After `interaction` (saute > 0) the hook functions are the screen's.
+    if (saute > 0 && env == 0 && (ord == RA_FONC || ord == RA_FIN)) continue;
     mot* a = arg(e);
     const bool v = res_reels(a, &x);
     if (a && !v && !(env == 1 && ord == B_RES) && !(env == 0 && (ord == RA_FONC_AVANT || ord == RA_LIRE)))

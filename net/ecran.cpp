@@ -17,6 +17,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "anim/anim.h"
 #include "core/message.h"
 #include "display/display.h"
 #include "interp/interp.h"
@@ -25,6 +26,7 @@
 
 namespace {
 constexpr int MODE = 161;
+constexpr int B_INTER = RB_INTERACTION;  // its state word: the screen runs
 constexpr int M_SANS_FENETRE = 95;  // env 1
 constexpr int M_INVITE = 48;        // env 0: the prompt of a line to run
 constexpr Tirage TIRAGE_MENU = {-2, -10, 10, 0.1f};
@@ -40,12 +42,17 @@ struct Ecran {
   float cx = -1, cy = -1, zoom = 1;  // cx < 0: the window's centre
   int bouton = -1;
   int menu = -1;
+  Objet* fonc[6] = {};  // the phrase's hooks: fonc_1 to fonc_3 run here
   Reseau r;  // kept, so that its arrays are reused from frame to frame
   Motifs m;
 };
 Ecran ec;
 
 Objet* reseau() { return objet_trouve(B_RES, 0, ec.numero, nullptr); }
+
+void etat_inter(int e) {
+  if (nb_etats[1] > B_INTER) etats[1][B_INTER] = e;
+}
 
 void bornes(const std::vector<float>& w) {
   ec.wmin = ec.wmax = 0;
@@ -141,7 +148,8 @@ bool etape() {
 
 void sortie();
 
-int pas() {
+// One idle event's training: a pass and a drawing when the pace allows.
+void entraine() {
   // The space bar steps by hand.
   if (fen.clavier[0] == ' ' && !fen.clavier[1] && !fen.clavier_capture) {
     clavier_vide();
@@ -153,21 +161,34 @@ int pas() {
   }
   if (!reseau()) {
     sortie();
-    return -1;
+    fen.mode_interactif = 0;
+    return;
   }
   if (ec.num_image >= ec.nb_images) ec.num_image = 0;
-  if (ec.num_image == 0) return 0;
+  if (ec.num_image == 0) return;
   if (ec.pas_a_pas == 0) {
     if (--ec.cpt_vitesse < 0) {
       ec.cpt_vitesse = ec.vitesse;
-      if (!etape()) return 0;
+      if (!etape()) return;
       ++ec.num_image;
     }
   } else if (ec.pas_a_pas > ec.num_image) {
     ec.num_image = ec.pas_a_pas;
     etape();
   }
-  return 0;
+}
+
+int pas() {
+  // The hooks around the step: a failing fonc_1, or a hook that clears the
+  // running state, leaves the mode.
+  if (interaction_lance(ec.fonc[1]) < 0 || etat_ou(1, B_INTER, 1) == 0) {
+    sortie();
+    return -1;
+  }
+  interaction_lance(ec.fonc[2]);
+  entraine();
+  interaction_lance(ec.fonc[3]);
+  return fen.mode_interactif == MODE ? 0 : -1;
 }
 
 int lit_entier(int* n) {
@@ -286,6 +307,7 @@ void sortie() {
   }
   ec.menu = -1;
   ec.num_image = 0;
+  etat_inter(0);
 }
 
 void enregistre() {
@@ -322,6 +344,9 @@ int res_interaction(mot* bloc, mot* valeur, const mot* limite) {
   int r = res_phrase(bloc, 1, &opt, &nets);
   if (r > 0) return COMMANDE_SUITE;
   if (r < 0 || nets.empty()) return -1;
+  Objet* fonc[6] = {};
+  Objet* fin = nullptr;
+  if (interaction_fonctions(bloc, fonc, &fin) < 0) return -1;
   if (fen.fenetre < 1) {
     message(1, M_SANS_FENETRE);
     return -1;
@@ -337,6 +362,8 @@ int res_interaction(mot* bloc, mot* valeur, const mot* limite) {
   enregistre();
   ec.numero = o->numero;
   ec.opt = opt;
+  std::copy(fonc, fonc + 6, ec.fonc);
+  etat_inter(1);
   ec.depart = w.w;
   bornes(w.w);
   ec.nb_images = opt.passes;

@@ -18,7 +18,7 @@ constexpr int RB_FAC = 15, RB_SORTIE = 26, RB_MOTIF = 27, RB_COE = 42, RB_VOISIN
               RB_ALE = 59, RB_MAS = 112, RB_NEU = 162, RB_INTERACTION = 85;
 constexpr int RA_PAS = 3, RA_FONC = 6, RA_LIRE = 14, RA_COURBE = 15, RA_EDI = 36, RA_MAX = 54,
               RA_CHERCHE = 67, RA_PIC = 81, RA_CONT = 89, RA_PLANCHE = 90, RA_FONC_AVANT = 101,
-              RA_POIDS = 112;
+              RA_POIDS = 112, RA_FIN = 61;
 
 // How new weights are drawn: (mode, a, b, d).
 // Mode TIRAGE_AUCUN draws nothing: missing weights are then an error.

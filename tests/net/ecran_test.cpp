@@ -1,6 +1,7 @@
 // The training on screen under Xvfb: a colour map learns in mode 161, its
 // menu picked with real clicks, frames saved by the language while it
-// learns, the space bar stepping by hand.
+// learns, the space bar stepping by hand, the hooks of the phrase run at
+// each idle event.
 #include <sys/stat.h>
 
 #include <fstream>
@@ -44,8 +45,13 @@ bool menu(Session& s, int k) {
   return true;
 }
 
+float mode(Session& s) {
+  auto v = valeurs(s.p, "fen");
+  return v.size() > 2 ? v[2] : -1;
+}
+
 TEST(Ecran, UneCarteApprendSousLesYeux) {
-  Session s;
+  Session s({"uti=tests/anim/fixtures"});
   ASSERT_FALSE(s.fenetre.empty());
   ASSERT_TRUE(attend(s.p, "empilements"));
   char modele[] = "/tmp/orvane-ecran-XXXXXX";
@@ -73,12 +79,21 @@ TEST(Ecran, UneCarteApprendSousLesYeux) {
   tape(s.p, "interaction res(3) nb(10)");
   tape(s.p, "interaction res(77) nb(10)");
   EXPECT_EQ(valeurs(s.p, "7 * 6"), std::vector<float>{42});
-  tape(s.p, "interaction res(2) nb(100000) coe(0.5, 0.02) cont(0.001) ale(5) mas(0, 1)");
+  // A hook that is no function is refused before anything starts.
+  tape(s.p, "interaction res(2) nb(10) fonc(\"pas_de_telle\")");
+  EXPECT_TRUE(attend(s.p, "pas_de_telle: Introuvable"));
+  EXPECT_EQ(mode(s), 0);
+  tape(s.p, "interaction res(2) nb(100000) coe(0.5, 0.02) cont(0.001) ale(5) mas(0, 1) fonc(2, \"compte\")");
   const std::vector<float> depart = valeurs(s.p, "res(2) poids");
   ASSERT_EQ(depart.size(), 103u * 103u);
-  // Waiting for the menu: nothing learns.
+  // Waiting for the menu: nothing learns, but fonc_2 runs at each event.
+  const auto lu = attend_valeurs(s.p, "images", [](const std::vector<float>& v) { return !v.empty(); });
+  ASSERT_FALSE(lu.empty());
+  const float avant = lu[0];
   dort(300);
   EXPECT_EQ(valeurs(s.p, "res(2) poids"), depart);
+  EXPECT_GT(valeurs(s.p, "images").at(0), avant);
+  EXPECT_EQ(mode(s), 161);
   tape(s.p, "ecrire(\"" + dir + "/0.png\") ima");
   ASSERT_TRUE(menu(s, 5));
   ASSERT_TRUE(attend(s.p, "go_init\n"));
@@ -117,6 +132,13 @@ TEST(Ecran, UneCarteApprendSousLesYeux) {
   s.touche("Escape");
   dort(200);
   EXPECT_EQ(valeurs(s.p, "3 + 4"), std::vector<float>{7});
+  // A failing fonc_1 gives the events back to the shell at once, the
+  // network as it was.
+  const std::vector<float> garde = valeurs(s.p, "res(2) poids");
+  tape(s.p, "interaction res(2) nb(10) fonc(1, \"echoue\")");
+  for (int t = 0; t < 100 && mode(s) != 0; ++t) dort(50);
+  EXPECT_EQ(mode(s), 0);
+  EXPECT_EQ(valeurs(s.p, "res(2) poids"), garde);
   for (int k = 0; k <= 3; ++k) std::remove((dir + "/" + std::to_string(k) + ".png").c_str());
   rmdir(dir.c_str());
 }
