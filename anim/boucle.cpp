@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "anim/dyn.h"
 #include "anim/interne.h"
 #include "display/moteurs.h"
 #include "display/oeil.h"
@@ -150,7 +151,7 @@ void souris_sequence() {
 
 // The steps that belong to trajectories, dynamics and anchors.
 void trajets_avance() {}
-void dynamique_pas() {}
+void dynamique_pas() { dyn::pas_dynamique(); }
 void attaches_pas() {}
 void ancres_verifie() {}
 void fond_image() {}
@@ -448,6 +449,7 @@ void interaction_fin() {
 
 void interaction_enregistre() {
   commande_enregistre(1, B_INTER, interaction_commande);
+  dynamique_enregistre();
   Outil o;
   o.pas = interaction_image;
   o.sortie = outil_sortie;

@@ -26,5 +26,7 @@ bash bench/gl.sh
 bash bench/interaction.sh
 bash bench/brosse.sh
 bash bench/rendu.sh
+bash bench/bruit.sh
 bash bench/periph.sh
 build/bench/bench_fft
+bash bench/dynamique.sh

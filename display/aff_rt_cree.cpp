@@ -12,6 +12,7 @@
 #include "display/aff_rt.h"
 #include "display/moteurs.h"
 #include "geom/geom.h"
+#include "image/image.h"
 
 namespace {
 constexpr int B_NURBS = 45, B_LIGNES_RT = 79;
@@ -152,6 +153,13 @@ Vol_rt* vol_rt_cree(Objet* o) {
     else g.fac_deb.push_back(0);
     aretes_lit(r, g, o);
     couleurs_lit(r, g, o);
+    // (b54): the image and the corners' texture coordinates.
+    int ima = 0;
+    if (vol_mappe(o, g.mappe, &ima) == 0 && g.mappe.size() == 2 * g.coins.size()) {
+      r->tex_ima = ima;
+    } else {
+      g.mappe.clear();
+    }
     g.n_fac.resize(3 * static_cast<std::size_t>(r->nf));
     g.n_som.resize(3 * static_cast<std::size_t>(r->ns));
     g.eclate.reserve(g.coins.size() * 12);
@@ -162,6 +170,20 @@ Vol_rt* vol_rt_cree(Objet* o) {
     return nullptr;
   }
   rt_normales(r);
+  if (r->tex_ima) {
+    // An image that does not exist abandons the volume.
+    if (!ima_objet(r->tex_ima)) {
+      std::printf("%d: ", r->tex_ima);
+      message(0, MES_ABSENT);
+      vol_rt_libere(r);
+      return nullptr;
+    }
+    if (textures_creer(r->tex_ima) < 0) {
+      vol_rt_libere(r);
+      return nullptr;
+    }
+    r->tex = texture_nom(r->tex_ima);
+  }
   // (b45) = nu, nv: the vertices are the control points of a surface.
   const mot cle[2] = {1, B_NURBS};
   // (b45) = nu, nv, u, v, pas: with its sampling.
@@ -191,6 +213,11 @@ void vol_rt_libere(Vol_rt* r) {
   delete[] r->som;
   delete[] r->suiv;
   delete r;
+}
+
+void vol_rt_texture(int image, int nom) {
+  for (Vol_rt* x : tous)
+    if (x->tex_ima == image) x->tex = nom;
 }
 
 void vol_rt_tous_libere() {

@@ -35,6 +35,89 @@ constexpr int PROFONDEUR_MAX = 16;
 std::vector<int> lumieres;
 std::vector<float> ecran_proj;
 std::vector<int> liste_faces;
+// The pigments of the volume being displayed: every record read, then the
+// volume's list and each face's as spans of it.
+std::vector<Pigment> pig_tous;
+std::vector<Pig_liste> pig_faces;
+std::vector<int> pig_debut;
+Pig_liste pig_vol;
+// The texture of the software engine: the image as a pigment, the corners'
+// coordinates and each face's first corner.
+Pigment tex_pig;
+Pig_liste tex_liste;
+std::vector<float> tex_mappe;
+std::vector<int> tex_deb;
+
+// (b54) of `src` for the faces `fac`: 0 (with or without a texture), or -1
+// after "%d: " and message 0:9 for an image that does not exist.
+int texture_prepare(Objet* src, const mot* fac, int nf, Vol_aff& v) {
+  int ima = 0;
+  if (vol_mappe(src, tex_mappe, &ima) != 0 || !ima) return 0;
+  const mot* b = ima_bloc(ima);
+  if (!b) {
+    std::printf("%d: ", ima);
+    message(0, MES_ABSENT);
+    return -1;
+  }
+  tex_deb.assign(1, 0);
+  const mot* f = fac + 4;
+  for (int i = 0; i < nf; ++i, f = face_suivante(f)) {
+    int k;
+    face_contour(f, &k);
+    tex_deb.push_back(tex_deb.back() + k);
+  }
+  // Coordinates made for other faces than those displayed are not used.
+  if (2L * tex_deb.back() != static_cast<long>(tex_mappe.size())) return 0;
+  tex_pig = Pigment{};
+  tex_pig.type = -2;
+  tex_pig.flags = PIGMENT_FAIT;
+  tex_pig.ima = b;
+  tex_liste = Pig_liste{&tex_pig, 1};
+  v.tex = &tex_liste;
+  v.mappe = tex_mappe.data();
+  v.mappe_deb = tex_deb.data();
+  return 0;
+}
+
+// Reads (b104) and (b104, b15) of `src` for a volume of nf faces. 0, or -1
+// after a message.
+int pigments_prepare(Objet* src, int nf, Vol_aff& v) {
+  const mot k1[2] = {1, PIGMENTS}, k2[4] = {1, PIGMENTS, 1, FAC};
+  const mot* lv = vol_valeur(src, 1, k1);
+  const mot* lf = vol_valeur(src, 2, k2);
+  if (!lv && !lf) return 0;
+  pig_tous.clear();
+  pig_debut.clear();
+  static Pigment lus[PIGMENTS_MAX];
+  auto lit = [&](const mot* l) {
+    int n = pigments_lit(l, lus, PIGMENTS_MAX);
+    pig_debut.push_back(static_cast<int>(pig_tous.size()));
+    if (n > 0) pig_tous.insert(pig_tous.end(), lus, lus + n);
+    return n;
+  };
+  if (lit(lv) < 0) return -1;
+  int nfl = 0;
+  if (lf && lf[1] == BLOC_BLOCS) {
+    nfl = std::min<int>({lf[2], lf[0] - 4, nf});
+    for (int i = 0; i < nfl; ++i)
+      if (lit(bloc_pointe(lf[4 + i])) < 0) return -1;
+  }
+  pig_debut.push_back(static_cast<int>(pig_tous.size()));
+  auto span = [&](int k) {
+    Pig_liste p;
+    p.p = pig_tous.data() + pig_debut[k];
+    p.n = pig_debut[k + 1] - pig_debut[k];
+    return p;
+  };
+  pig_vol = span(0);
+  v.pig = &pig_vol;
+  if (nfl > 0) {
+    pig_faces.assign(static_cast<std::size_t>(nf), Pig_liste{});
+    for (int i = 0; i < nfl; ++i) pig_faces[i] = span(i + 1);
+    v.pig_fac = pig_faces.data();
+  }
+  return 0;
+}
 
 bool dans(const int* l, int n, int x) {
   for (int k = 0; k < n; ++k)
@@ -347,6 +430,10 @@ int aff_vol_1(const Aff_appel& a, Objet* o, int recursion) {
   v.zbu = at.zbu;
   v.rapide = rapide && !at.vues && !a.selection;
   v.tri = at.tri;
+  // 14. The pigments, with flag [104] on, for the software engine.
+  if (mode > 0 && !gl && fac && drapeau(PIGMENTS) && pigments_prepare(src, nf, v) < 0) return -1;
+  // The textures, with flag [54] on.
+  if (mode > 0 && !gl && fac && drapeau(TEX) && texture_prepare(src, fac, nf, v) < 0) return -1;
   aff_bilan.mode = mode;
   aff_bilan.methode = methode;
   aff_bilan.type = type;

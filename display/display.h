@@ -11,6 +11,7 @@
 // within capture the mark ("<" or "!") at byte 0 and the line in progress.
 #pragma once
 #include <cstdint>
+#include <vector>
 
 #include "core/bloc.h"
 
@@ -174,6 +175,7 @@ struct Vol_rt {
   bool a_illum = true;   // false: 1, 1, 0, 0, 0
   float illum[5] = {1, 1, 0, 0, 0};
   int tex = -1;          // GL texture name, negative for none
+  int tex_ima = 0;       // the image its (b54) names, 0 for none
   float pivot[3] = {0, 0, 0};
   float rot[3] = {0, 0, 0};  // Euler angles in degrees, in the order `ordre`
   int ordre = 312;           // digits 1 x, 2 y, 3 z read left to right
@@ -233,3 +235,101 @@ struct Brouillard {
 };
 extern Brouillard brouillard_etat;
 void brouillard_applique();  // the state into GL
+
+// ---- noise and pigments -------------------------------------------------------------
+// The lattice noise's tables, built once by Initialize_Noise on the first
+// use of a pigment (seed 0: the same at every run).
+constexpr int BRUIT_HASH = 4096, BRUIT_RTABLE = 267, BRUIT_SINUS = 1000;
+struct Bruit {
+  bool pret = false;
+  std::uint16_t hash[BRUIT_HASH];   // a permutation of 0..4095
+  double rtable[BRUIT_RTABLE];      // -1..1
+  double sinus[BRUIT_SINUS];        // sin(i / 1000 turn)
+  double vecteurs[10][3];           // unit vectors from the noise
+};
+extern Bruit bruit;
+void InitTextureTable();
+void InitRTable();  // builds `hash` first
+void Initialize_Noise();
+void Free_Noise_Tables();
+// Three components of noise, each about -1..1, continuous in the point.
+// Any double is accepted: a non-finite coordinate counts as 0.
+void noise_vec(double* out, double x, double y, double z);
+void turbulence_vec(double* out, double x, double y, double z, double omega, double lambda, int octaves);
+
+// ---- pigments ------------------------------------------------------------------------
+// A pigment colours the points of a face in the software renderer from the
+// lattice noise. Fields in record order: those after `phase` are filled,
+// in this order, by the values of a list element past the fifth.
+// A colour map: up to 8 stops of position (increasing, 0..1) and colour.
+struct Carte_coul {
+  int n = 0;
+  float pos[8] = {};
+  float rgb[8][3] = {};
+};
+// Entry i (0..90) of the maps, or null.
+const Carte_coul* carte_coul(int i);
+struct Pigment {
+  int type = 0;     // 1..19 once post-processed; -1 the colour form (c = 10)
+  int flags = 0;    // bit 3: post-processed
+  int octaves = 6;
+  double omega = 0.5, lambda = 2.0, frequence = 1.0, phase = 0;
+  double turbulence[3] = {0, 0, 0};
+  double champs[4] = {0, 0, 0, 0};  // further parameters, by type
+  double rapports[3] = {0.5, 0.5, 0.5};
+  const Carte_coul* carte = nullptr;
+  float coul[3] = {0, 0, 0};  // the colour of the c = 10 form
+  char nom[32] = {};          // a string element after it names it
+  const mot* ima = nullptr;   // the image of the texture form (type -2)
+};
+constexpr int PIGMENT_FAIT = 8;       // bit 3 of flags
+constexpr int PIGMENTS_MAX = 100;     // active for one face
+constexpr int PIGMENT_TYPES = 19;
+constexpr int CARTES_NB = 91;         // entries 0..90; -1 is the type's own
+Pigment* Create_Pigment();            // a fresh record from the pool
+float* Create_Colour();               // 8 zeroed words
+void Post_Pigment(Pigment* p);
+// The colour (0..1) of the point p (object space) under one pigment.
+void pigment_couleur(const Pigment& g, const float* p, float* rgb);
+// The colour of a list of pigments: each in turn laid over the result by
+// its first ratio (the first alone gives it whole).
+void pigments_couleur(const Pigment* g, int n, const float* p, float* rgb);
+// Reads a list of pigments (the value of (b104) or one face's element of
+// (b104, b15)) into `out`: float vectors are pigments, a string names the
+// one before it, other values are passed over. The count read, or -1 after
+// a message (an entry out of range: message 1:14; more than PIGMENTS_MAX).
+int pigments_lit(const mot* valeur, Pigment* out, int max);
+// The records made by Create_Pigment since the last release.
+void pigments_libere();
+// The display of a volume's pigments: the (b104) list and each face's list
+// of (b104, b15), read when flag [104] is on; reused from one volume to the
+// next. 0, or -1 after a message.
+struct Pig_liste {
+  const Pigment* p = nullptr;
+  int n = 0;
+};
+
+// ---- textures --------------------------------------------------------------------------
+constexpr int TEX_MAX = 10000;
+// Images of kind b28 into GL textures (all images when `image` is 0), with
+// flag [54] on; an image already made is left alone. 0, or -1 (no memory).
+int textures_creer(int image);
+// Reads name.extension ("raw", "bmp", "jpg" or "png", in these cases only)
+// and, with a non-zero `selecteur`, makes it the texture of that image,
+// replacing the old one only once the new pixels exist. 0, or -1 after a
+// message.
+int charger_texture(const char* nom, const char* extension, int selecteur);
+int texture_nom(int image);  // the GL name of an image's texture, or -1
+int textures_nb();
+long textures_noms_faits();  // GL names made since the start
+void textures_libere();
+// Every runtime record whose (b54) names `image` takes the GL name `nom`.
+void vol_rt_texture(int image, int nom);
+// Texture coordinates of the volume's faces, 2 floats a corner in the face
+// walk: by grid position (gen_), by each face's own plane (det_, mode 1).
+int gen_mappe_som_vol(Objet* o, int nx, int ny, std::vector<float>& out);
+int det_mappe_som_vol(Objet* o, int mode, std::vector<float>& out);
+// The volume's (b54): its image number and its corners' coordinates, the
+// ones the attribute gives (2 floats a vertex after the image) or else the
+// two rules above. 0, 1 with no (b54), -1 when no coordinates can be made.
+int vol_mappe(Objet* o, std::vector<float>& out, int* image);

@@ -9,6 +9,8 @@
 #pragma once
 #include "core/bloc.h"
 
+struct Pig_liste;
+
 struct Vol_aff {
   int numero = 0;          // the volume's number, for labels and messages
   int mode = 1;            // > 0 shaded, 0 wire, -9 points, -10 numbered points, -68 test
@@ -34,6 +36,15 @@ struct Vol_aff {
   bool rapide = false;             // the wire fast path may be taken
   bool tri = true;                 // transparent faces sorted farthest first
   float* proj = nullptr;           // out: 7 floats per vertex, or null for a scratch copy
+  // Pigments (flag [104]): the volume's list, and one list per face (nf
+  // entries, an empty one taking the volume's), or null.
+  const Pig_liste* pig = nullptr;
+  const Pig_liste* pig_fac = nullptr;
+  // A texture (flag [54]): its pigment (the image), 2 floats a corner in
+  // the face walk, and each face's first corner (nf + 1 entries), or null.
+  const Pig_liste* tex = nullptr;
+  const float* mappe = nullptr;
+  const int* mappe_deb = nullptr;
 };
 
 // ---- the software engine -------------------------------------------------

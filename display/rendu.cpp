@@ -189,7 +189,7 @@ struct Scene {
   float coef;
   Eclairage ecl, ecl_dos;
   Trace t, t_dos;
-  FnTri remplir[3], remplir_dos[3];
+  FnTri remplir[TRI_SORTES], remplir_dos[TRI_SORTES];
 };
 
 // Newell's normal of the contour in eye space (not unit).
@@ -280,7 +280,20 @@ int face_ombree(Scene& sc, int f, const mot* face) {
   Pt* a = tr.poly.get();
   Pt* b = a + tr.n_poly;
   int sorte = TRI_PLAT;
-  if (sc.type == 1 && !coul_som) {
+  // Pigments colour the front of the face, pixel by pixel.
+  const Pig_liste* pig = nullptr;
+  if (!defaut) {
+    if (v.pig_fac && v.pig_fac[f].n > 0) pig = &v.pig_fac[f];
+    else if (v.pig && v.pig->n > 0) pig = v.pig;
+  }
+  // A texture takes the place of the pigments; its coordinates ride in
+  // the slot of the point.
+  const bool tex = !defaut && v.tex && v.mappe && v.mappe_deb;
+  if (tex) pig = v.tex;
+  if (pig) {
+    sorte = TRI_PIGMENT;
+    trace.pig = pig->p, trace.n_pig = pig->n;
+  } else if (sc.type == 1 && !coul_som) {
     float ctr[3] = {0, 0, 0};
     for (int i = 0; i < np; ++i)
       for (int k = 0; k < 3; ++k) ctr[k] += tr.som[c[i] - 1].e[k];
@@ -304,7 +317,10 @@ int face_ombree(Scene& sc, int f, const mot* face) {
       tourne(sc.vue, v.n_som + static_cast<long>(s) * v.pas_n, n);
       if (dos) n[0] = -n[0], n[1] = -n[1], n[2] = -n[2];
     }
-    if (sorte == TRI_PIXEL) {
+    if (sorte == TRI_PIGMENT) {
+      const float* o = tex ? v.mappe + 2L * (v.mappe_deb[f] + i) : v.som + static_cast<long>(s) * v.dim;
+      for (int k = 0; k < 3; ++k) p.n[k] = n[k], p.k[k] = sc.coef, p.pad[k] = k < 2 || !tex ? o[k] : 0.f;
+    } else if (sorte == TRI_PIXEL) {
       for (int k = 0; k < 3; ++k) p.n[k] = n[k], p.k[k] = kv[k];
     } else if (lisse && v.n_som && !coul_face) {
       const float* cs = coul_sommet(sc, ecl, s, dos, kv);
@@ -390,7 +406,7 @@ int ombre(const Vol_aff& v, Trace& t, const float* vue, const float* pr) {
   sc.t_dos = t;
   sc.t_dos.alpha = 1;
   sc.t_dos.ecl = &sc.ecl_dos;
-  for (int s = 0; s < 3; ++s) {
+  for (int s = 0; s < TRI_SORTES; ++s) {
     sc.remplir[s] = triangle_choisi(s, sc.t);
     sc.remplir_dos[s] = triangle_choisi(s, sc.t_dos);
   }

@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "core/bloc.h"
+#include "display/display.h"
 #include "image/image.h"
 
 struct Vol_aff;
@@ -54,7 +55,7 @@ struct Pt {
   float e[3];   // eye position (per-pixel lighting, 16-bit depth)
   float n[3];   // eye normal (per-pixel lighting)
   float k[4];   // lit colour 0..255 (smooth) or material colour 0..1 (per pixel)
-  float pad[7];
+  float pad[7]; // [0..2]: the point in object space, under pigments
 };
 static_assert(sizeof(Pt) == 24 * sizeof(float));
 
@@ -92,6 +93,9 @@ struct Trace {
   // The 16-bit depth's scale, from zbuf_echelle.
   float z_proche = 1;
   int z_dec = 0;
+  // The pigments of the face being filled (kind TRI_PIGMENT).
+  const Pigment* pig = nullptr;
+  int n_pig = 0;
 };
 // The scale of the 16-bit depth for a view from `proche` to `loin`: the
 // distance's float bits from the near plane's, shifted right by the least
@@ -100,7 +104,10 @@ struct Trace {
 // range) at every depth.
 void zbuf_echelle(float proche, float loin, Trace& t);
 // Kinds of shading of a triangle.
-enum { TRI_PLAT = 0, TRI_GOURAUD = 1, TRI_PIXEL = 2 };
+// TRI_PIGMENT lights each pixel as TRI_PIXEL does, with the diffuse
+// colour the coefficient (in `k`) times the pigments' colour at the point
+// of object space that `pad` carries.
+enum { TRI_PLAT = 0, TRI_GOURAUD = 1, TRI_PIXEL = 2, TRI_PIGMENT = 3, TRI_SORTES = 4 };
 // The filler of triangles (a, b, c) of window points for a kind of shading
 // and the trace's depth mode and blending; only the fields the kind reads
 // are used.

@@ -31,7 +31,7 @@ inline void melange(octet* p, float c, float a) { *p = niveau(*p + (c - *p) * a 
 
 // Number of interpolated values besides depth: per-pixel lighting carries
 // the eye position, the normal and the diffuse colour.
-template <int SH> constexpr int NA = SH == TRI_PLAT ? 0 : SH == TRI_GOURAUD ? 3 : 9;
+template <int SH> constexpr int NA = SH == TRI_PLAT ? 0 : SH == TRI_GOURAUD ? 3 : SH == TRI_PIXEL ? 9 : 12;
 
 template <int SH>
 void valeurs(const Pt& p, float* a) {
@@ -39,6 +39,8 @@ void valeurs(const Pt& p, float* a) {
     a[0] = p.k[0], a[1] = p.k[1], a[2] = p.k[2];
   } else if constexpr (SH == TRI_PIXEL) {
     for (int i = 0; i < 3; ++i) a[i] = p.e[i], a[3 + i] = p.n[i], a[6 + i] = p.k[i];
+  } else if constexpr (SH == TRI_PIGMENT) {
+    for (int i = 0; i < 3; ++i) a[i] = p.e[i], a[3 + i] = p.n[i], a[6 + i] = p.k[i], a[9 + i] = p.pad[i];
   }
 }
 
@@ -111,14 +113,23 @@ void tri(const Pt& pa, const Pt& pb, const Pt& pc, const Trace& t) {
       if (ecrire) {
         if constexpr (SH == TRI_GOURAUD) {
           col[0] = c[1] + 0.5f, col[1] = c[2] + 0.5f, col[2] = c[3] + 0.5f;
-        } else if constexpr (SH == TRI_PIXEL) {
+        } else if constexpr (SH == TRI_PIXEL || SH == TRI_PIGMENT) {
           float n[3] = {c[4], c[5], c[6]};
           float m2 = n[0] * n[0] + n[1] * n[1] + n[2] * n[2];
           if (m2 > 0.0001f) {
             float im = 1 / std::sqrt(m2);
             n[0] *= im, n[1] *= im, n[2] *= im;
           }
-          eclaire(c + 1, n, c + 7, *t.ecl, col);
+          if constexpr (SH == TRI_PIGMENT) {
+            // The depth interpolates linearly on the screen, so the point
+            // of object space is the plane's value there, as the colours.
+            float kd[3];
+            pigments_couleur(t.pig, t.n_pig, c + 10, kd);
+            kd[0] *= c[7], kd[1] *= c[8], kd[2] *= c[9];
+            eclaire(c + 1, n, kd, *t.ecl, col);
+          } else {
+            eclaire(c + 1, n, c + 7, *t.ecl, col);
+          }
           col[0] += 0.5f, col[1] += 0.5f, col[2] += 0.5f;
         }
         if constexpr (BL) {
@@ -137,7 +148,10 @@ template <int ZM, int SH>
 constexpr FnTri choix(bool bl) { return bl ? tri<ZM, SH, true> : tri<ZM, SH, false>; }
 template <int ZM>
 constexpr FnTri choix(int sh, bool bl) {
-  return sh == TRI_PLAT ? choix<ZM, TRI_PLAT>(bl) : sh == TRI_GOURAUD ? choix<ZM, TRI_GOURAUD>(bl) : choix<ZM, TRI_PIXEL>(bl);
+  return sh == TRI_PLAT      ? choix<ZM, TRI_PLAT>(bl)
+         : sh == TRI_GOURAUD ? choix<ZM, TRI_GOURAUD>(bl)
+         : sh == TRI_PIXEL   ? choix<ZM, TRI_PIXEL>(bl)
+                             : choix<ZM, TRI_PIGMENT>(bl);
 }
 }  // namespace
 

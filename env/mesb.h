@@ -139,3 +139,7 @@
 |133:Image absente, sautee\n
 |134:Images egales ou nulles: pas de film\7\n
 |135:Commande externe en echec\7\n
+|136:Masse nulle, negative ou invalide: ce corps ne bouge pas\7\n
+|137:Numero de sommet hors du volume\7\n
+|138:Arbre de volumes en boucle: la suite de ce pas est sautee\7\n
+|139:dyn pas(n) vol(n): volume inconnu ou nombre de pas invalide\7\n

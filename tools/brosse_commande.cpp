@@ -7,9 +7,16 @@
 //          taille(n)                        taille_max of a stroke
 //          fonc("f")                        f() runs at each dab; fonc("") none
 //          som(x1, y1, x2, y2, ...)         dabs there (pointer pixels, y down)
+//          texte("mot") police(k)           the text written at each point instead,
+//                                           in the brush's colour, font k of POLICES
+//                                           (1 to 8; the stroke font scaled by rayon)
 // Its value is the number of dabs run. `bro(0)` leaves no brush current.
 // A phrase with a keyword it does not know goes on to the fog's and the
 // attributes' readers.
+#define GL_GLEXT_PROTOTYPES 1
+#include <GL/freeglut.h>
+#include <GL/glext.h>
+
 #include <cstdio>
 #include <cstring>
 
@@ -27,10 +34,49 @@ void brosse_outil_enregistre();
 namespace {
 constexpr int B_BRO = 120, B_PINCEAU = 156;
 constexpr int M_NUMERO = 131;  // env 1
-constexpr int A_FONC = 6, A_TAILLE = 59;
+constexpr int A_FONC = 6, A_TAILLE = 59, A_TEXTE = 1, B_POLICE = 157;
 constexpr int B_COUL = 17, B_SEQ = 22, B_ROTZ = 37, B_ROND = 50, B_CARRE = 53, B_ALE = 59, B_RAYON = 68,
               B_DESSINE = 82, B_SOM = 86, B_TRANSP = 116, B_ETAT = 145, B_BITMAP = 147;
 constexpr int MAX_POINTS = 4096;  // numbers of a som() read at once
+constexpr int LONG_TEXTE = 255;
+
+// The window system's fonts in the order of POLICES.
+void* police_glut(int k) {
+  switch (k) {
+    case 1: return GLUT_BITMAP_9_BY_15;
+    case 2: return GLUT_BITMAP_8_BY_13;
+    case 3: return GLUT_BITMAP_TIMES_ROMAN_10;
+    case 4: return GLUT_BITMAP_TIMES_ROMAN_24;
+    case 5: return GLUT_BITMAP_HELVETICA_10;
+    case 6: return GLUT_BITMAP_HELVETICA_12;
+    case 7: return GLUT_BITMAP_HELVETICA_18;
+  }
+  return GLUT_STROKE_ROMAN;
+}
+
+// The text with its baseline's start at the pointer's (x, y), y down.
+void ecrit(const Pinceau& p, const char* t, int police, int x, int y) {
+  projection_2d();
+  glDisable(GL_DEPTH_TEST);
+  glDisable(GL_LIGHTING);
+  glDisable(GL_TEXTURE_2D);
+  glColor3fv(p.coul);
+  const auto* u = reinterpret_cast<const unsigned char*>(t);
+  const float yb = static_cast<float>(fen.dimy - y);
+  if (police < 8) {
+    glWindowPos2i(x, fen.dimy - y);
+    glutBitmapString(police_glut(police), u);
+  } else {
+    // The stroke font's capitals are about 120 units high: 2 r pixels.
+    const float e = p.rayon / 60;
+    glPushMatrix();
+    glTranslatef(static_cast<float>(x), yb, 0);
+    glScalef(e, e, 1);
+    glutStrokeString(GLUT_STROKE_ROMAN, u);
+    glPopMatrix();
+  }
+  glFlush();
+}
 
 int refuse(int env, int ord) {
   mot_imprime(env, ord);
@@ -39,8 +85,9 @@ int refuse(int env, int ord) {
 }
 
 bool connu(int env, int ord) {
-  if (env == 0) return ord == A_FONC || ord == A_TAILLE;
+  if (env == 0) return ord == A_FONC || ord == A_TAILLE || ord == A_TEXTE;
   switch (ord) {
+    case B_POLICE:
     case B_COUL: case B_SEQ: case B_ROTZ: case B_ROND: case B_CARRE: case B_ALE: case B_RAYON:
     case B_DESSINE: case B_SOM: case B_TRANSP: case B_ETAT: case B_BITMAP:
       return true;
@@ -73,6 +120,8 @@ int bro_commande(mot* bloc, mot* valeur, const mot* limite) {
   int nb_points = 0;
   char fonc[LONG_FONC + 1] = "";
   bool avec_fonc = false;
+  const char* texte = nullptr;
+  int police = 1;
   for (mot k = 1, *c = e + e[0]; k < bloc[2]; ++k, c += c[0]) {
     const mot* v = c[0] > 3 ? c + 3 : nullptr;
     int env = c[1], ord = c[2];
@@ -82,6 +131,17 @@ int bro_commande(mot* bloc, mot* valeur, const mot* limite) {
       if (!t || std::strlen(t) > static_cast<std::size_t>(LONG_FONC)) return refuse(env, ord);
       std::strcpy(fonc, t);
       avec_fonc = true;
+      continue;
+    }
+    if (env == 0 && ord == A_TEXTE) {
+      texte = outils::chaine_de(v);
+      if (!texte || std::strlen(texte) > static_cast<std::size_t>(LONG_TEXTE)) return refuse(env, ord);
+      continue;
+    }
+    if (env == 1 && ord == B_POLICE) {
+      if (bloc_nombres(v, y, 1) != 1 || !(y[0] >= 1 && y[0] <= 8) || y[0] != static_cast<float>(static_cast<int>(y[0])))
+        return refuse(env, ord);
+      police = static_cast<int>(y[0]);
       continue;
     }
     if (env == 1 && ord == B_SOM) {
@@ -142,6 +202,16 @@ int bro_commande(mot* bloc, mot* valeur, const mot* limite) {
     if (fen.fenetre < 1) {
       message(1, 95);
       return ECHEC;
+    }
+    if (texte) {
+      for (int i = 0; i + 1 < nb_points; i += 2) {
+        float xy[2];
+        for (int j = 0; j < 2; ++j)
+          xy[j] = points[1] == BLOC_REEL ? lit_reel(points + 4 + i + j) : static_cast<float>(points[4 + i + j]);
+        if (!(xy[0] > -1e6f && xy[0] < 1e6f && xy[1] > -1e6f && xy[1] < 1e6f)) return refuse(1, B_SOM);
+        ecrit(*p, texte, police, static_cast<int>(xy[0]), static_cast<int>(xy[1]));
+      }
+      return resultat_scalaire(bloc, limite, static_cast<float>(nb_points / 2));
     }
     // A stroke: its points go through the capture, which ends at taille_max.
     if (!p->pts) {

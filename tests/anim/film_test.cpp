@@ -106,7 +106,8 @@ TEST(Film, UnePerformanceEnImagesPuisEnFilmEtRelue) {
   EXPECT_GE(v.back(), 3);
   // A missing frame is skipped with a message.
   fs::remove(d / "f0005.png");
-  tape(s.p, "lecture(\"" + f + "\", 3, 7) cadence(10)");
+  // A slow rate: no frame is passed over by a late step on a loaded machine.
+  tape(s.p, "lecture(\"" + f + "\", 3, 7) cadence(4)");
   EXPECT_TRUE(attend(s.p, "f0005.png: Image absente, sautee", 20000));
   ASSERT_TRUE(s.attend_mode(0));
   v = valeurs(s.p, "lecture");

@@ -2,12 +2,15 @@
 // Xvfb: no allocation across 100 frames, a hook that turns a volume, the
 // menu entries as the menu's callback gives them, and what "quitter en
 // validant" and "quitter sans valider" leave in the objects.
+#include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <string>
 
 #include "../display/gl_outils.h"
 #include "anim/anim.h"
 #include "anim/interne.h"
+#include "image/image.h"
 #include "lang/lang.h"
 
 namespace {
@@ -169,4 +172,103 @@ TEST(SceneGl, GlissementDeLOeil) {
   EXPECT_EQ(inter_glide(99, 4), -1);
   EXPECT_NE(testing::internal::GetCapturedStdout().find("99: "), std::string::npos);
   interaction_fin();
+}
+
+// A cloth in the live scene with the dynamics on: a 9 x 9 spring grid
+// falling under a field onto a collider plane. Its lowest point goes down
+// from frame to frame, then stops on the plane; no Bloc is allocated once
+// the first frame made the velocity blocks.
+namespace {
+Objet* grille_xz(int numero, int n, float pas, float y) {
+  std::vector<float> s;
+  std::vector<std::vector<int>> f;
+  const float o = -pas * static_cast<float>(n - 1) / 2;
+  for (int j = 0; j < n; ++j)
+    for (int i = 0; i < n; ++i) s.insert(s.end(), {o + pas * static_cast<float>(i), y, o + pas * static_cast<float>(j)});
+  for (int j = 0; j + 1 < n; ++j)
+    for (int i = 0; i + 1 < n; ++i) f.push_back({j * n + i + 1, (j + 1) * n + i + 1, (j + 1) * n + i + 2, j * n + i + 2});
+  return volume_de(s, f, numero);
+}
+
+// The window's picture, as the frame left it, written to a PNG; its bytes.
+std::vector<unsigned char> photo(const std::string& chemin) {
+  const int w = fen.dimx, h = fen.dimy;
+  std::vector<unsigned char> p(3 * static_cast<std::size_t>(w) * h);
+  glFinish();
+  glReadBuffer(GL_BACK);
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  glReadPixels(0, 0, w, h, GL_RGB, GL_UNSIGNED_BYTE, p.data());
+  glReadBuffer(GL_BACK);
+  mot* im = ima_alloue(w, h);
+  if (!im) return p;
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x)
+      for (int c = 0; c < 3; ++c) ima_rouge(im, y)[c * w + x] = p[3 * (static_cast<std::size_t>(y) * w + x) + c];
+  ima_ecrit_fichier(im, chemin);
+  bloc_libere(im);
+  return p;
+}
+
+float plus_bas(int num) {
+  std::vector<float> s = som(num);
+  float m = 1e30f;
+  for (std::size_t k = 1; k < s.size(); k += 3) m = std::min(m, s[k]);
+  return m;
+}
+}  // namespace
+
+TEST(SceneGl, DrapTombeSurUnCollisionneur) {
+  monde_scene(0);
+  Objet* drap = grille_xz(1, 9, 10, 20);
+  Objet* sol = grille_xz(2, 25, 5, -30);
+  mot* nv = gen_normale_som(sol, nullptr, 0);
+  ASSERT_NE(nv, nullptr);
+  ASSERT_GT(reels(valeur_de(nv) + 4)[1], 0.99f);  // the plane faces the cloth
+  const float un = 1, res[2] = {0.15f, -0.02f}, col[4] = {2, 3, 0, 6}, lim = 3;
+  attribut_ecrit_1(drap, 1, 112, &un, 1, 1);  // mas
+  attribut_ecrit_1(drap, 1, 151, res, 2, 1);  // ressort
+  attribut_ecrit_1(drap, 1, 153, col, 4, 1);  // col
+  attribut_ecrit_2(drap, 1, 111, 0, 41, &lim, 1, 1);  // vit lim
+  Objet* g = objet_cree(1, B_CHA, 0, nullptr, nullptr, 1);
+  const float gravite[3] = {0, -0.2f, 0};
+  attribut_ecrit_1(g, 1, 42, gravite, 3, 1);  // coe
+  lumiere(1, {{86, {0, 400, -300}}});
+  oeil_courant.oeil[0] = 0, oeil_courant.oeil[1] = 150, oeil_courant.oeil[2] = -250;
+  const mot dyn_avant = etats[1][150];
+  int nd = 0;
+  reel* vd = mot_valeur(1, 150, &nd);
+  ASSERT_NE(vd, nullptr);
+  const float vd_avant = vd[0];
+  etats[1][150] = 1, vd[0] = 1;
+  ArgsInter a;
+  a.cadence = 0;
+  ASSERT_EQ(interaction_debut(a), 0);
+  const std::string dir = ::testing::TempDir();
+  std::vector<float> bas;
+  std::vector<unsigned char> p1, p60;
+  long appels = 0;
+  for (int k = 1; k <= 60; ++k) {
+    ASSERT_EQ(interaction_image(), 0) << k;
+    bas.push_back(plus_bas(1));
+    if (k == 1 || k == 12 || k == 60) {
+      auto p = photo(dir + "drap_" + std::to_string(k) + ".png");
+      if (k == 1) p1 = p;
+      if (k == 60) p60 = p;
+    }
+    if (k == 13) appels = memoire.appels;
+    if (k == 59) {
+      EXPECT_EQ(memoire.appels, appels);
+    }
+  }
+  interaction_fin();
+  etats[1][150] = dyn_avant, vd[0] = vd_avant;
+  // Down at every frame until it meets the plane...
+  for (int k = 1; k < 12; ++k) EXPECT_LT(bas[k], bas[k - 1]) << "frame " << k + 1;
+  EXPECT_LT(bas[11], 15);
+  // ... then held on it: never far below, and no longer going down.
+  for (int k = 20; k < 60; ++k) EXPECT_GT(bas[k], -30 - 7) << "frame " << k + 1;
+  EXPECT_NEAR(bas[59], bas[45], 1.0f);
+  // The frames differ: the cloth moved in the picture, and it shows.
+  EXPECT_GT(std::count_if(p1.begin(), p1.end(), [](unsigned char c) { return c > 20; }), 100);
+  EXPECT_NE(p1, p60);
 }

@@ -191,6 +191,31 @@ TEST(Brosse, TraitsBornesParTailleMax) {
   EXPECT_FALSE(im.blanc(55, 30));  // bitmap: dabs at the points only
   EXPECT_TRUE(im.blanc(180, 30));  // past the capture the drag paints again
   execute_ligne("bro(1) rond taille(1000) rayon(10)");
+
+  // Text at each point in the brush's colour, with every font of the text
+  // mode: lit pixels only near the baseline's start, none elsewhere.
+  for (int k = 1; k <= 8; ++k) {
+    fond({0, 0, 0});
+    std::string l = "bro(1) coul(1, 1, 0) transp(0) texte(\"HIHI\") police(" + std::to_string(k) + ") som(100, 120)";
+    ASSERT_EQ(execute_ligne(l.c_str()), 0) << l;
+    Pixels t = lit_pixels();
+    int jaunes = 0, ailleurs = 0;
+    for (int y = 0; y < HAUTEUR; ++y)
+      for (int x = 0; x < LARGEUR; ++x) {
+        const unsigned char* q = t.at(x, y);
+        bool allume = q[0] > 128 && q[1] > 128 && q[2] < 60;
+        bool pres = x >= 98 && x < 220 && y >= 90 && y <= 126;
+        jaunes += allume && pres;
+        ailleurs += (q[0] || q[1] || q[2]) && !pres;
+      }
+    EXPECT_GT(jaunes, 15) << k;
+    EXPECT_EQ(ailleurs, 0) << k;
+  }
+  for (const char* l : {"bro(1) texte(\"a\") police(0) som(1, 1)", "bro(1) texte(\"a\") police(9) som(1, 1)",
+                        "bro(1) texte(\"a\") police(2.5) som(1, 1)", "bro(1) texte(7) som(1, 1)"}) {
+    std::string s = sortie_de([l] { EXPECT_LT(execute_ligne(l), 0) << l; });
+    EXPECT_NE(s.find("Type de valeur illegal"), std::string::npos) << l << s;
+  }
   quitte();
 }
 
@@ -226,9 +251,10 @@ TEST(Brosse, EntreesDuMenuEtReglagesRefuses) {
   sortie_de([] { brosse_menu(7); });
   clic(LARGEUR / 6, HAUTEUR / 4);
   EXPECT_NEAR(pinceaux[0].coul[0], 0.5f, 0.02f);
+  const Pinceau avant_selecteur = pinceaux[0];
   sortie_de([] { brosse_menu(7); });
   clic(LARGEUR - 2, HAUTEUR - 10);  // outside the picker: nothing
-  EXPECT_NEAR(pinceaux[0].coul[2], 1.0f, 0.001f);
+  EXPECT_EQ(std::memcmp(&avant_selecteur, &pinceaux[0], sizeof avant_selecteur), 0);
   execute_ligne("bro(1) rayon(10) transp(0) coul(1, 1, 1)");
 
   // No brush: every setting says so and changes nothing, and no dab.
