@@ -160,7 +160,7 @@ void faces(Vol_rt* r, int t, const float* coul, const float* il) {
   const GLenum cote = t < 1 ? GL_FRONT_AND_BACK : GL_FRONT;
   float alpha = gl_matiere(t, coul, il);
   int at = t < 0 ? -t : t;
-  bool texture = drapeau(B_TEX) && !g.mappe.empty() && r->tex >= 0;
+  bool texture = drapeau(B_TEX) && !g.mappe.empty() && !g.tex_fac.empty() && r->tex >= 0;
   if (at >= 2 && g.c_fac.empty() && !texture) {
     positions(r);
     glBindBuffer(GL_ARRAY_BUFFER, g.b_nor.id);
@@ -203,12 +203,29 @@ void faces(Vol_rt* r, int t, const float* coul, const float* il) {
     if (texture) {
       glTexCoordPointer(2, GL_FLOAT, o, reinterpret_cast<void*>((couleur ? 10 : 6) * sizeof(float)));
       glEnableClientState(GL_TEXTURE_COORD_ARRAY);
-      glEnable(GL_TEXTURE_2D);
-      glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(r->tex));
     }
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, g.b_tri_c.id);
-    glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(g.tri_c.size()), GL_UNSIGNED_INT, nullptr);
-    if (texture) glDisable(GL_TEXTURE_2D);
+    if (!texture) {
+      glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(g.tri_c.size()), GL_UNSIGNED_INT, nullptr);
+    } else {
+      // Runs of faces of one texture, each bound once; a face with none
+      // is drawn plain.
+      const int nf = static_cast<int>(std::min(g.tex_fac.size() + 1, g.tri_deb.size()) - 1);
+      for (int i = 0; i < nf;) {
+        int j = i + 1;
+        while (j < nf && g.tex_fac[j] == g.tex_fac[i]) ++j;
+        if (g.tex_fac[i] >= 0) {
+          glEnable(GL_TEXTURE_2D);
+          glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(g.tex_fac[i]));
+        } else {
+          glDisable(GL_TEXTURE_2D);
+        }
+        glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(g.tri_deb[j] - g.tri_deb[i]), GL_UNSIGNED_INT,
+                       reinterpret_cast<void*>(sizeof(std::uint32_t) * g.tri_deb[i]));
+        i = j;
+      }
+      glDisable(GL_TEXTURE_2D);
+    }
   }
   glDisable(GL_COLOR_MATERIAL);
   fin_tableaux();

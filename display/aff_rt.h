@@ -32,6 +32,8 @@ struct Vol_rt_gl {
   std::vector<float> c_som;           // 3 floats a vertex, or empty
   std::vector<float> c_fac;           // 3 floats a face; NaN: the volume's colour
   std::vector<float> mappe;           // 2 floats a corner, or empty
+  std::vector<std::uint32_t> tri_deb; // each face's first index in tri_c (nf + 1 entries)
+  std::vector<int> tex_ima, tex_fac;  // per face: the image shown (0: none), its GL name (-1: none)
   std::vector<float> eclate;          // per corner: position, normal, [colour 4], [texture 2]
   std::vector<float> c_som4;          // c_som with its alpha, as sent
   bool modifie = true;                // som changed since the normals

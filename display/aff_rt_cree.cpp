@@ -50,6 +50,7 @@ int sans_memoire(long n) {
 void faces_lit(Vol_rt* r, Vol_rt_gl& g, const mot* fac) {
   const mot* f = fac + 4;
   g.fac_deb.push_back(0);
+  g.tri_deb.push_back(0);
   for (int i = 0; i < r->nf; ++i, f = face_suivante(f)) {
     int k;
     const mot* c = face_contour(f, &k);
@@ -60,6 +61,7 @@ void faces_lit(Vol_rt* r, Vol_rt_gl& g, const mot* fac) {
       g.tri_c.insert(g.tri_c.end(), {d, d + j, d + j + 1});
     }
     g.fac_deb.push_back(static_cast<std::uint32_t>(g.coins.size()));
+    g.tri_deb.push_back(static_cast<std::uint32_t>(g.tri_c.size()));
   }
 }
 
@@ -153,13 +155,9 @@ Vol_rt* vol_rt_cree(Objet* o) {
     else g.fac_deb.push_back(0);
     aretes_lit(r, g, o);
     couleurs_lit(r, g, o);
-    // (b54): the image and the corners' texture coordinates.
+    // The texture lists: the corners' coordinates.
     int ima = 0;
-    if (vol_mappe(o, g.mappe, &ima) == 0 && g.mappe.size() == 2 * g.coins.size()) {
-      r->tex_ima = ima;
-    } else {
-      g.mappe.clear();
-    }
+    if (vol_mappe(o, g.mappe, &ima) != 0 || g.mappe.size() != 2 * g.coins.size()) g.mappe.clear();
     g.n_fac.resize(3 * static_cast<std::size_t>(r->nf));
     g.n_som.resize(3 * static_cast<std::size_t>(r->ns));
     g.eclate.reserve(g.coins.size() * 12);
@@ -170,19 +168,26 @@ Vol_rt* vol_rt_cree(Objet* o) {
     return nullptr;
   }
   rt_normales(r);
-  if (r->tex_ima) {
-    // An image that does not exist abandons the volume.
-    if (!ima_objet(r->tex_ima)) {
-      std::printf("%d: ", r->tex_ima);
-      message(0, MES_ABSENT);
+  // An image of the lists that does not exist, or a face's 101st texture,
+  // abandons the volume; every image they name is made a texture.
+  static std::vector<int> toutes;
+  if (vol_textures(o, r->nf, r->gl->tex_ima, &toutes) < 0) {
+    vol_rt_libere(r);
+    return nullptr;
+  }
+  if (r->gl->mappe.empty()) r->gl->tex_ima.clear();
+  r->gl->tex_fac.assign(r->gl->tex_ima.size(), -1);
+  for (int n : toutes)
+    if (textures_creer(n) < 0) {
       vol_rt_libere(r);
       return nullptr;
     }
-    if (textures_creer(r->tex_ima) < 0) {
-      vol_rt_libere(r);
-      return nullptr;
+  if (!r->gl->tex_ima.empty()) {
+    Vol_rt_gl& g = *r->gl;
+    for (std::size_t i = 0; i < g.tex_ima.size(); ++i) {
+      g.tex_fac[i] = g.tex_ima[i] ? texture_nom(g.tex_ima[i]) : -1;
+      if (!r->tex_ima && g.tex_ima[i]) r->tex_ima = g.tex_ima[i], r->tex = g.tex_fac[i];
     }
-    r->tex = texture_nom(r->tex_ima);
   }
   // (b45) = nu, nv: the vertices are the control points of a surface.
   const mot cle[2] = {1, B_NURBS};
@@ -216,8 +221,12 @@ void vol_rt_libere(Vol_rt* r) {
 }
 
 void vol_rt_texture(int image, int nom) {
-  for (Vol_rt* x : tous)
+  for (Vol_rt* x : tous) {
     if (x->tex_ima == image) x->tex = nom;
+    if (!x->gl) continue;
+    for (std::size_t i = 0; i < x->gl->tex_ima.size() && i < x->gl->tex_fac.size(); ++i)
+      if (x->gl->tex_ima[i] == image) x->gl->tex_fac[i] = nom;
+  }
 }
 
 void vol_rt_tous_libere() {

@@ -41,24 +41,20 @@ std::vector<Pigment> pig_tous;
 std::vector<Pig_liste> pig_faces;
 std::vector<int> pig_debut;
 Pig_liste pig_vol;
-// The texture of the software engine: the image as a pigment, the corners'
-// coordinates and each face's first corner.
-Pigment tex_pig;
-Pig_liste tex_liste;
+// The textures of the software engine: per face the image as a pigment,
+// the corners' coordinates and each face's first corner.
+std::vector<int> tex_ima;
+std::vector<Pigment> tex_pig;
+std::vector<Pig_liste> tex_fac;
 std::vector<float> tex_mappe;
 std::vector<int> tex_deb;
 
-// (b54) of `src` for the faces `fac`: 0 (with or without a texture), or -1
-// after "%d: " and message 0:9 for an image that does not exist.
+// The texture lists of `src` for the faces `fac`: 0 (with or without a
+// texture), or -1 after the message of vol_textures.
 int texture_prepare(Objet* src, const mot* fac, int nf, Vol_aff& v) {
+  if (vol_textures(src, nf, tex_ima) < 0) return -1;
   int ima = 0;
-  if (vol_mappe(src, tex_mappe, &ima) != 0 || !ima) return 0;
-  const mot* b = ima_bloc(ima);
-  if (!b) {
-    std::printf("%d: ", ima);
-    message(0, MES_ABSENT);
-    return -1;
-  }
+  if (tex_ima.empty() || vol_mappe(src, tex_mappe, &ima) != 0) return 0;
   tex_deb.assign(1, 0);
   const mot* f = fac + 4;
   for (int i = 0; i < nf; ++i, f = face_suivante(f)) {
@@ -68,12 +64,19 @@ int texture_prepare(Objet* src, const mot* fac, int nf, Vol_aff& v) {
   }
   // Coordinates made for other faces than those displayed are not used.
   if (2L * tex_deb.back() != static_cast<long>(tex_mappe.size())) return 0;
-  tex_pig = Pigment{};
-  tex_pig.type = -2;
-  tex_pig.flags = PIGMENT_FAIT;
-  tex_pig.ima = b;
-  tex_liste = Pig_liste{&tex_pig, 1};
-  v.tex = &tex_liste;
+  tex_pig.assign(static_cast<std::size_t>(nf), Pigment{});
+  tex_fac.assign(static_cast<std::size_t>(nf), Pig_liste{});
+  for (int i = 0; i < nf; ++i) {
+    if (!tex_ima[i]) continue;
+    Pigment& p = tex_pig[i];
+    p.type = -2;
+    p.flags = PIGMENT_FAIT;
+    // A texture read from a file into the table shows as it does in GL.
+    p.rgb = texture_pixels(tex_ima[i], &p.rgb_l, &p.rgb_h);
+    if (!p.rgb) p.ima = ima_bloc(tex_ima[i]);
+    tex_fac[i] = Pig_liste{&p, 1};
+  }
+  v.tex = tex_fac.data();
   v.mappe = tex_mappe.data();
   v.mappe_deb = tex_deb.data();
   return 0;

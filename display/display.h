@@ -281,6 +281,8 @@ struct Pigment {
   float coul[3] = {0, 0, 0};  // the colour of the c = 10 form
   char nom[32] = {};          // a string element after it names it
   const mot* ima = nullptr;   // the image of the texture form (type -2)
+  const std::uint8_t* rgb = nullptr;  // or, before it, the table's pixels
+  int rgb_l = 0, rgb_h = 0;
 };
 constexpr int PIGMENT_FAIT = 8;       // bit 3 of flags
 constexpr int PIGMENTS_MAX = 100;     // active for one face
@@ -320,9 +322,14 @@ int textures_creer(int image);
 // message.
 int charger_texture(const char* nom, const char* extension, int selecteur);
 int texture_nom(int image);  // the GL name of an image's texture, or -1
+// The pixels of an image's entry in the table (3 bytes a pixel, row 0
+// first), which a file read may have replaced; null when it has none.
+const std::uint8_t* texture_pixels(int image, int* w, int* h);
 int textures_nb();
 long textures_noms_faits();  // GL names made since the start
 void textures_libere();
+// `lire("damier.bmp") tex(3)` of the language reaches charger_texture.
+void textures_enregistre();
 // Every runtime record whose (b54) names `image` takes the GL name `nom`.
 void vol_rt_texture(int image, int nom);
 // Texture coordinates of the volume's faces, 2 floats a corner in the face
@@ -331,5 +338,13 @@ int gen_mappe_som_vol(Objet* o, int nx, int ny, std::vector<float>& out);
 int det_mappe_som_vol(Objet* o, int mode, std::vector<float>& out);
 // The volume's (b54): its image number and its corners' coordinates, the
 // ones the attribute gives (2 floats a vertex after the image) or else the
-// two rules above. 0, 1 with no (b54), -1 when no coordinates can be made.
+// two rules above. 0, 1 with no texture list, -1 when no coordinates can be made.
 int vol_mappe(Objet* o, std::vector<float>& out, int* image);
+// The volume's texture lists, (b54) and the per-face (b54, b15) or
+// (b15, b54): `ima` gets per face the image it shows (0: none), and stays
+// empty when no face has one; `toutes`, when given, every image the lists
+// name. 0, or -1 after a message: "%s: " or "%d: " and message 0:9 for an
+// image that does not exist, "%d: " and message 0:105 for a list longer
+// than TEX_FACE_MAX.
+constexpr int TEX_FACE_MAX = 100;
+int vol_textures(Objet* o, int nf, std::vector<int>& ima, std::vector<int>* toutes = nullptr);

@@ -40,8 +40,9 @@ struct Vol_aff {
   // entries, an empty one taking the volume's), or null.
   const Pig_liste* pig = nullptr;
   const Pig_liste* pig_fac = nullptr;
-  // A texture (flag [54]): its pigment (the image), 2 floats a corner in
-  // the face walk, and each face's first corner (nf + 1 entries), or null.
+  // Textures (flag [54]): per face its pigment (the image; an empty list
+  // for a face with none), 2 floats a corner in the face walk, and each
+  // face's first corner (nf + 1 entries), or null.
   const Pig_liste* tex = nullptr;
   const float* mappe = nullptr;
   const int* mappe_deb = nullptr;

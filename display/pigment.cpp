@@ -71,7 +71,7 @@ void cartes_pretes() {
 }
 
 // The palette each type takes when no map is given.
-constexpr int CARTE_TYPE[PIGMENT_TYPES + 1] = {0, 0, 7, 14, 21, 28, 63, 42, 56, 35, 84, 43, 45, 73, 49, 70, 77, 49, 70, 42};
+constexpr int CARTE_TYPE[PIGMENT_TYPES + 1] = {0, 0, 7, 14, 21, 28, 63, 42, 56, 35, 84, 43, 47, 73, 49, 70, 77, 49, 70, 42};
 
 int sature(double x, int lo, int hi) {
   if (!(x > lo)) return lo;

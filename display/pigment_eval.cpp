@@ -15,7 +15,10 @@
 //  7 gradient  a ramp along x, repeating every 1/frequence
 //  8 checker   cubes of side champs[0] in the map's two end colours
 //  9 leopard   a lattice of dark rosettes: the product of three sines
-// 10 onion     shells around the origin
+// 10 onion     shells around a centre: champs[0..2] when given, else
+//              (1, -1, -2) after scaling, off the origin so that a body
+//              centred there (a sphere) still cuts the shells into rings;
+//              each shell a band of the map, its edge bent a little by noise
 // 11 ripples   rings from champs[0] centres, summed
 // 12 waves     like ripples, each wave fading with the distance
 // 13 cells     each unit cube one flat colour from the hash
@@ -101,6 +104,14 @@ inline double longueur(double x, double y, double z) { return std::sqrt(x * x + 
 void pigment_couleur(const Pigment& g, const float* pt, float* rgb) {
   if (g.type == -2) {
     // The texture form: the nearest pixel, the image repeated beyond 0..1.
+    if (g.rgb) {
+      double u = frac(borne(pt[0])), v = frac(borne(pt[1]));
+      int x = std::min(g.rgb_l - 1, static_cast<int>(u * g.rgb_l));
+      int y = std::min(g.rgb_h - 1, static_cast<int>(v * g.rgb_h));
+      const std::uint8_t* q = g.rgb + 3 * (static_cast<std::size_t>(y) * g.rgb_l + x);
+      rgb[0] = q[0] / 255.f, rgb[1] = q[1] / 255.f, rgb[2] = q[2] / 255.f;
+      return;
+    }
     if (!g.ima) {
       rgb[0] = rgb[1] = rgb[2] = 1;
       return;
@@ -182,9 +193,16 @@ void pigment_couleur(const Pigment& g, const float* pt, float* rgb) {
       v = clamp01(s * s * 4);
       break;
     }
-    case 10:  // onion
-      v = frac(longueur(x, y, z) + ph);
+    case 10: {  // onion
+      const double* c = g.champs;
+      const bool donne = c[0] != 0 || c[1] != 0 || c[2] != 0;
+      const double cx = donne ? c[0] : 1, cy = donne ? c[1] : -1, cz = donne ? c[2] : -2;
+      noise_vec(n, x, y, z);
+      double s = frac(2 * longueur(x - cx, y - cy, z - cz) + 0.15 * n[2] + ph);
+      // Thin dark skins between thick layers.
+      v = s < 0.85 ? s / 0.85 : (1 - s) / 0.15 * 0.3;
       break;
+    }
     case 11:
     case 12: {  // ripples, waves
       int m = static_cast<int>(g.champs[0] > 0 && g.champs[0] < 10 ? g.champs[0] : 3);

@@ -288,8 +288,8 @@ int face_ombree(Scene& sc, int f, const mot* face) {
   }
   // A texture takes the place of the pigments; its coordinates ride in
   // the slot of the point.
-  const bool tex = !defaut && v.tex && v.mappe && v.mappe_deb;
-  if (tex) pig = v.tex;
+  const bool tex = !defaut && v.tex && v.tex[f].n > 0 && v.mappe && v.mappe_deb;
+  if (tex) pig = &v.tex[f];
   if (pig) {
     sorte = TRI_PIGMENT;
     trace.pig = pig->p, trace.n_pig = pig->n;

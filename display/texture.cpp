@@ -6,9 +6,12 @@
 // record; `nom_gl` is a live GL texture name and `rgb` holds exactly
 // largeur x hauteur x 3 interleaved bytes, row 0 first (the image's bottom
 // row, as GL's first row). A record is replaced only when its new pixels
-// exist: a failed read leaves the old texture in use.
+// exist: a failed read leaves the old texture in use. With no GL context
+// (no window) a record keeps its pixels with `nom_gl` 0, and gets its name
+// from the first textures_creer that runs with one.
 #include <GL/gl.h>
 #include <GL/glu.h>
+#include <GL/glx.h>
 
 #include <cstdio>
 #include <cstring>
@@ -48,6 +51,7 @@ Texture* cherche(int image) {
 // The pixels into GL: a new name, its mipmaps, and the list that turns
 // texturing on.
 void envoie(Texture& x) {
+  if (!glXGetCurrentContext()) return;
   glGenTextures(1, &x.nom_gl);
   ++tex.faits;
   glBindTexture(GL_TEXTURE_2D, x.nom_gl);
@@ -75,7 +79,13 @@ int textures_creer(int image) {
   for (Objet* o = piles.obj_base; o && o < piles.obj_haut; ++o) {
     if (o->env != 1 || o->type != BLOC_IMAGE || !o->donnees || !ima_valide(o->donnees)) continue;
     if (image && o->numero != image) continue;
-    if (cherche(o->numero)) continue;
+    if (Texture* x = cherche(o->numero)) {
+      if (!x->nom_gl) {
+        envoie(*x);
+        if (x->nom_gl) vol_rt_texture(o->numero, static_cast<int>(x->nom_gl));
+      }
+      continue;
+    }
     if (static_cast<int>(tex.t.size()) >= TEX_MAX) return 0;
     const mot* b = o->donnees;
     int w = ima_l(b), h = ima_h(b);
@@ -98,7 +108,7 @@ int textures_creer(int image) {
       message(0, MES_ALLOCATION);
       return -1;
     }
-    vol_rt_texture(o->numero, static_cast<int>(tex.t.back().nom_gl));
+    if (tex.t.back().nom_gl) vol_rt_texture(o->numero, static_cast<int>(tex.t.back().nom_gl));
   }
   return 0;
 }
@@ -117,6 +127,12 @@ int charger_texture(const char* nom, const char* extension, int selecteur) {
     return -1;
   }
   if (!b) return -1;
+  if (selecteur && !ima_objet(selecteur)) {
+    bloc_libere(b);
+    std::printf("%d: ", selecteur);
+    message(0, MES_ABSENT);
+    return -1;
+  }
   int w = ima_l(b), h = ima_h(b);
   try {
     std::size_t n = static_cast<std::size_t>(w) * h;
@@ -147,7 +163,7 @@ int charger_texture(const char* nom, const char* extension, int selecteur) {
     if (x->nom_gl) glDeleteTextures(1, &x->nom_gl);
     x->nom_gl = 0;
     envoie(*x);
-    vol_rt_texture(selecteur, static_cast<int>(x->nom_gl));
+    if (x->nom_gl) vol_rt_texture(selecteur, static_cast<int>(x->nom_gl));
     return 0;
   } catch (const std::bad_alloc&) {
     if (b) bloc_libere(b);
@@ -159,7 +175,14 @@ int charger_texture(const char* nom, const char* extension, int selecteur) {
 
 int texture_nom(int image) {
   const Texture* x = cherche(image);
-  return x ? static_cast<int>(x->nom_gl) : -1;
+  return x && x->nom_gl ? static_cast<int>(x->nom_gl) : -1;
+}
+
+const std::uint8_t* texture_pixels(int image, int* w, int* h) {
+  const Texture* x = cherche(image);
+  if (!x || x->rgb.empty()) return nullptr;
+  *w = x->largeur, *h = x->hauteur;
+  return x->rgb.data();
 }
 
 int textures_nb() { return static_cast<int>(tex.t.size()); }
@@ -174,3 +197,5 @@ void textures_libere() {
   tex.travail.clear();
   tex.travail.shrink_to_fit();
 }
+
+void textures_enregistre() { ima_fenetre.lire_texture = charger_texture; }

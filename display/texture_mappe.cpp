@@ -97,15 +97,20 @@ int det_mappe_som_vol(Objet* o, int mode, std::vector<float>& out) {
 }
 
 int vol_mappe(Objet* o, std::vector<float>& out, int* image) {
-  const mot cle[2] = {1, B_TEX};
+  const mot cle[2] = {1, B_TEX}, k2[4] = {1, B_TEX, 1, B_FAC}, k3[4] = {1, B_FAC, 1, B_TEX};
   const mot* v = vol_valeur(o, 1, cle);
   out.clear();
-  if (!v || v[1] != BLOC_REEL || v[0] < 5) return 1;
-  float x = lit_reel(v + 4);
-  *image = std::isfinite(x) && std::fabs(x) < 1e9f ? static_cast<int>(x) : 0;
+  *image = 0;
+  // A list by face alone needs the coordinates as much as the volume's.
+  if (!v && !vol_valeur(o, 2, k2) && !vol_valeur(o, 2, k3)) return 1;
+  bool reel = v && v[1] == BLOC_REEL && v[0] >= 5;
+  if (reel) {
+    float x = lit_reel(v + 4);
+    *image = std::isfinite(x) && std::fabs(x) < 1e9f ? static_cast<int>(x) : 0;
+  }
   int ns, d;
   vol_som(o, &ns, &d);
-  long n = v[0] - 5;
+  long n = reel ? v[0] - 5 : 0;
   if (ns > 0 && n == 2L * ns) {
     std::vector<float> uv(static_cast<std::size_t>(n));
     for (long i = 0; i < n; ++i) uv[i] = lit_reel(v + 5 + i);

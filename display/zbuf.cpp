@@ -147,4 +147,7 @@ int init_zbuf(int effacer) {
   return 0;
 }
 
-void rendu_enregistre() { commande_enregistre(1, B_ZBU, cmd_zbu); }
+void rendu_enregistre() {
+  commande_enregistre(1, B_ZBU, cmd_zbu);
+  textures_enregistre();
+}

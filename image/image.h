@@ -68,6 +68,9 @@ int ima_ecran_retaille(int w, int h);
 struct ImaFenetre {
   void (*avant_lecture)() = nullptr;
   void (*apres_ecriture)() = nullptr;
+  // `lire("damier.bmp") tex(3)`: the file as the texture of image 3, given
+  // to the display's table of textures (name, extension, image): 0 or -1.
+  int (*lire_texture)(const char*, const char*, int) = nullptr;
 };
 extern ImaFenetre ima_fenetre;
 

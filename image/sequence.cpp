@@ -5,6 +5,7 @@
 //   ecrire("vue.png", 7) ima        the frame file vue0007.png
 //   lire("vue.png", 1, 20) ima(10)  vue0001.png... into images 10, 11, ... up to
 //                                   the first missing file; the count as value
+//   lire("damier.bmp") tex(3)       the file as the texture of image 3
 // A number in a name is written by the "4D" rule: four digits, zero padded.
 #include <sys/stat.h>
 
@@ -111,13 +112,35 @@ int ima_planche(const Args& a, int cible, int cw, int ch) {
   return installe_lu(cible, feuille);
 }
 
+namespace {
+// lire("damier.bmp") tex(3): the file becomes the texture of image 3; 1
+// when the phrase is not of this form.
+int lire_texture(mot* bloc) {
+  constexpr int B_TEX = 54;
+  mot* verbe = bloc + 4;
+  const mot* tex = nullptr;
+  mot* e = verbe;
+  for (mot k = 0; k < bloc[2]; ++k, e += e[0])
+    if (e[1] == 1 && e[2] == B_TEX && !tex) tex = e;
+  if (!tex || verbe[2] != A_LIRE_IMA || !ima_fenetre.lire_texture) return 1;
+  Args a;
+  if (!lit_args(verbe, &a) || a.nom.empty() || !a.x.empty()) return arg_mauvais(verbe);
+  Cote c;
+  if (lit_cote(tex, &c) < 0) return -1;
+  NomFichier n = nom_coupe(a.nom);
+  if (ima_fenetre.lire_texture(std::string(n.nom).c_str(), std::string(n.ext).c_str(), c.numero) < 0) return -1;
+  bloc[0] = 0;
+  return 0;
+}
+}  // namespace
+
 int ima_lire_ecrire(mot* bloc, mot*, const mot* limite) {
   mot* verbe = bloc + 4;
   const mot* ima = nullptr;
   mot* e = verbe;
   for (mot k = 0; k < bloc[2]; ++k, e += e[0])
     if (e[1] == 1 && e[2] == BLOC_IMAGE && !ima) ima = e;
-  if (!ima) return 1;
+  if (!ima) return lire_texture(bloc);
   Args a;
   if (!lit_args(verbe, &a) || a.nom.empty()) return arg_mauvais(verbe);
   Cote c;

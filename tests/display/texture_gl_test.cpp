@@ -8,6 +8,7 @@
 #include <random>
 
 #include "gl_outils.h"
+#include "display/aff_rt.h"
 #include "image/image.h"
 
 namespace {
@@ -184,5 +185,57 @@ TEST(TextureGl, ImageAbsenteEtCoordonneesDonnees) {
   EXPECT_EQ(textures_nb(), 51);
   for (int n = 10; n < 60; ++n) EXPECT_GE(texture_nom(n), 0);
   EXPECT_EQ(texture_nom(9), -1);
+}
+// A face's own list against the volume's: the face toward the eye shows
+// its own image (the checker turned by two), the others the volume's; each
+// GL name made is deleted with its record, many times over.
+TEST(TextureGl, ParFaceEtNomsRendus) {
+  monde_tex();
+  lumiere(1, {{86, {0, 0, -1000}}, {17, {1, 1, 1}}});
+  ASSERT_EQ(ima_installe(3, damier(64, 64)), 0);
+  ASSERT_EQ(ima_installe(4, damier(64, 64, 2)), 0);
+  const float il[5] = {1, 1, 0, 0, 0};
+  const float t[1] = {3}, f[1] = {4};
+  Objet* o = cube(1, 50);
+  vol_illum_ecrit(o, il, 5);
+  attribut_ecrit_1(o, 1, 54, t, 1, 1);
+  Vol_rt* r = vol_rt_cree(o);
+  ASSERT_NE(r, nullptr);
+  Image seul = dessine(r);
+  vol_rt_libere(r);
+  attribut_ecrit_2(o, 1, 54, 1, 15, f, 1, 1);
+  r = vol_rt_cree(o);
+  ASSERT_NE(r, nullptr);
+  EXPECT_EQ(textures_nb(), 2);
+  ASSERT_EQ(r->gl->tex_fac.size(), 6u);
+  EXPECT_EQ(r->gl->tex_fac[0], texture_nom(4));
+  for (int i = 1; i < 6; ++i) EXPECT_EQ(r->gl->tex_fac[i], texture_nom(3)) << i;
+  Image im = dessine(r);
+  const int xy[4][2] = {{75, 75}, {125, 75}, {75, 125}, {125, 125}};
+  for (auto [x, y] : xy) {
+    ASSERT_GE(quart(seul, x, y), 0);
+    EXPECT_EQ(quart(im, x, y), (quart(seul, x, y) + 2) % 4) << x << " " << y;
+  }
+  vol_rt_libere(r);
+
+  std::vector<GLuint> anciens;
+  long faits = textures_noms_faits();
+  std::mt19937 g(31);
+  for (int tour = 0; tour < 5; ++tour) {
+    for (GLuint n : anciens) EXPECT_FALSE(glIsTexture(n)) << n;
+    anciens.clear();
+    for (int n = 10; n < 40; ++n) ASSERT_EQ(ima_installe(n, damier(1 + g() % 200, 1 + g() % 50, n)), 0);
+    EXPECT_EQ(textures_creer(0), 0);
+    for (int n = 10; n < 40; ++n) {
+      ASSERT_GT(texture_nom(n), 0);
+      EXPECT_TRUE(glIsTexture(static_cast<GLuint>(texture_nom(n))));
+      anciens.push_back(static_cast<GLuint>(texture_nom(n)));
+    }
+    textures_libere();
+    EXPECT_EQ(textures_nb(), 0);
+  }
+  for (GLuint n : anciens) EXPECT_FALSE(glIsTexture(n)) << n;
+  // Images 3 and 4 were made already before the first round.
+  EXPECT_EQ(textures_noms_faits() - faits, 5 * 30 + 4 * 2);
 }
 }  // namespace
