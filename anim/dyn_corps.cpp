@@ -35,12 +35,6 @@ bool un_actif() {
   return false;
 }
 
-int nb_records() {
-  int n = 0;
-  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) ++n;
-  return n;
-}
-
 reel* vit_rota(Objet* o) { return bloc_zero(o, 2, std::array<mot, 4>{1, B_VIT, 1, B_ROTAK}.data(), 3); }
 
 // The window [lo, hi] in degrees on the angle of r; w of `qui` scaled by f.
@@ -58,6 +52,12 @@ bool a_ressorts(Objet* o) {
          val2(o, 1, B_RESSORT, 0, A_INI, 1);
 }
 }  // namespace
+
+int nb_records() {
+  int n = 0;
+  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) ++n;
+  return n;
+}
 
 int fenetre_angle(Vol_inter* r) {
   if (!r->lim_rota) return 0;
