@@ -326,3 +326,45 @@ TEST_F(DynSuite, TireLesSommetsVersUneCible) {
   EXPECT_FALSE(tire_forme(seule.m.data()));
 }
 }  // namespace
+
+namespace {
+TEST_F(DynSuite, CorpsMalFormesSansPlantage) {
+  // Bodies with a mass of 0, below 0, NaN or tiny; NaN and huge forces; the
+  // frame goes on and every other body still moves by the formula.
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  std::vector<Vol_inter*> r;
+  const float masses[] = {0, -5, nan, 1e-30f, 3, 3};
+  for (int i = 0; i < 6; ++i) {
+    Objet* o = volume_de({0, 0, 0, 1, 0, 0, 0, 1, 0}, {{1, 2, 3}}, i + 1);
+    ecrit(o, {1, dyn::B_MAS}, {masses[i]});
+    if (i == 4) ecrit(o, {1, dyn::B_FOR}, {0, 0, -7});
+    else ecrit(o, {1, dyn::B_FOR}, {1e30f, nan, -7});
+    ecrit(o, {1, dyn::B_FOR, 1, dyn::B_ROTAK}, {nan, 1e30f, 0, nan});
+    r.push_back(record(o));
+  }
+  Objet* bon = volume_de({0, 0, 0}, {}, 9);
+  ecrit(bon, {1, dyn::B_MAS}, {4});
+  ecrit(bon, {1, dyn::B_FOR}, {2, -6, 0.5f});
+  Vol_inter* b = record(bon);
+  const std::string sortie = sortie_de([&] {
+    for (int k = 0; k < 3; ++k) pas_corps(nullptr, 1, 1);
+  });
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_FLOAT_EQ(r[static_cast<std::size_t>(i)]->pos[2], 0) << i;
+    EXPECT_FLOAT_EQ(r[static_cast<std::size_t>(i)]->angle, 0) << i;
+  }
+  // The body of mass 3: pos z = (1 + 2 + 3) x -7 / 3, its force at the tip
+  // being no number left out; with a force that is no number it stays.
+  EXPECT_NEAR(r[4]->pos[2], -14, 1e-4f);
+  EXPECT_FLOAT_EQ(r[4]->angle, 0);
+  for (int x = 0; x < 3; ++x) EXPECT_FLOAT_EQ(r[5]->pos[x], 0);
+  EXPECT_NEAR(b->pos[0], 6 * 0.5f, 1e-5f);
+  EXPECT_NEAR(b->pos[1], 6 * -1.5f, 1e-5f);
+  // The anchors' force of the frame, when it is a value of its own, adds
+  // at the tip: kr = 1 / (4 x 4 x 1), t = 8: A = 0.5.
+  float frame[3] = {0, 8, 0};
+  b->force_frame = frame;
+  pas_corps(nullptr, 1, 1);
+  EXPECT_FLOAT_EQ(lit(bon, {1, dyn::B_ACC, 1, dyn::B_ROTAK})[0], 0.5f);
+}
+}  // namespace
