@@ -49,6 +49,12 @@ struct Etat {
   std::vector<const mot*> rec_cha, rec_ima;
   Objet* cha_de = nullptr;
   bool l_cha = false, l_ima = false;
+  // (cha, som) given as one name: that field acts on every vertex.
+  Objet* cha_nom = nullptr;
+  // The point of the field function being called; its missing function
+  // said once a step.
+  float point[3] = {0, 0, 0};
+  bool fonc_avertie = false;
   std::vector<float> zeros;
   std::vector<float> tri;
   long pas_faits = 0;
@@ -109,11 +115,17 @@ void torsion(int i, const float* som, int d, const float* v, float k, float c, f
 void champs(Objet* o, int i, const float* p, float* F);
 void champ_un(Objet* f, Objet* o, const float* p, float* F);
 float courbe(const reel* c, int nb, float d);
+// The field's language function (a101) at p, added to F.
+void champ_fonction(Objet* f, const float* p, float* F);
 bool champs_globaux();  // any field object at all
+Objet* champ_nomme(Objet* o);  // the field named by (cha, som), or null
 // A force image: s, or a negative value with no image.
 float image_force(Objet* o, const reel* ci, int nci, int i, float* F);
 // Collision of p (velocity v) against the colliders of o; the contact count.
 int collision(Objet* o, float* p, const float* v, float* F, bool force, float* marque);
+// The rigid cloud's step (b60 on, the volume has a leader): the vertices
+// are the rest copy turned as a whole about the anchor.
+int pas_rigide(Objet* o, int N, float* som, int d, int nb, const reel* repos);
 // Moving obstacles (cha, vol) of o, gathered for its step: false for none.
 bool obstacles(Objet* o);
 // Their push on a vertex at p with velocity v: v and F change.

@@ -4,11 +4,14 @@
 // two points. A strength curve of triples (distance, value, spare) read in
 // ascending distance replaces the strength.
 //
-// Which fields act on a vertex: its own (`cha`, `som`) record if any, else
+// Which fields act on a vertex: its own (`cha`, `som`) record if any (a
+// number 0 there names every field; the whole list given as one name, that
+// field for every vertex), else
 // the volume's `cha` list; the global chain of every field object acts on
 // volumes that name none.
 #include <array>
 #include <cmath>
+#include <cstring>
 
 #include "anim/dyn.h"
 #include "geom/geom.h"
@@ -95,6 +98,7 @@ void champ_un(Objet* f, Objet* o, const float* p, float* F) {
   } else if (coe && nc >= 3) {
     for (int x = 0; x < 3; ++x) F[x] += coe[x];
   }
+  champ_fonction(f, p, F);
 }
 
 float image_force(Objet* o, const reel* ci, int nci, int i, float* F) {
@@ -132,12 +136,22 @@ float image_force(Objet* o, const reel* ci, int nci, int i, float* F) {
 void champs(Objet* o, int i, const float* p, float* F) {
   bool propre = false;
   // The vertex's own record, read once a step by the vertex step.
-  if (etat.cha_de == o && etat.l_cha) {
+  if (etat.cha_de == o && etat.cha_nom) {
+    champ_un(etat.cha_nom, o, p, F);
+    propre = true;
+  } else if (etat.cha_de == o && etat.l_cha) {
     const mot* r = etat.rec_cha[static_cast<std::size_t>(i - 1)];
     const int lg = rec_long(r);
     if (lg >= 1) {
-      for (int m = 0; m < lg; ++m)
-        if (Objet* f = champ_de(rec_val(r)[m])) champ_un(f, o, p, F);
+      // A number 0 names every field.
+      for (int m = 0; m < lg; ++m) {
+        if (rec_val(r)[m] == 0) {
+          for (Objet* f = piles.obj_base; f < piles.obj_haut; ++f)
+            if (f->type == B_CHA && f != o) champ_un(f, o, p, F);
+        } else if (Objet* f = champ_de(rec_val(r)[m])) {
+          champ_un(f, o, p, F);
+        }
+      }
       propre = true;
     }
   }
@@ -158,6 +172,15 @@ void champs(Objet* o, int i, const float* p, float* F) {
   if (!propre && !(etat.cha_de == o && etat.l_cha))
     for (Objet* f = piles.obj_base; f < piles.obj_haut; ++f)
       if (f->type == B_CHA && f != o) champ_un(f, o, p, F);
+}
+
+Objet* champ_nomme(Objet* o) {
+  const mot* v = vol_valeur(o, 2, std::array<mot, 4>{1, B_CHA, 1, B_SOMK}.data());
+  if (!v || v[0] < 5 || v[1] != BLOC_CHAINE) return nullptr;
+  const char* nom = reinterpret_cast<const char*>(v + 4);
+  for (Objet* f = piles.obj_base; f < piles.obj_haut; ++f)
+    if (f->type == B_CHA && f->nom && std::strcmp(f->nom, nom) == 0) return f;
+  return nullptr;
 }
 
 bool champs_globaux() {

@@ -81,7 +81,10 @@ int tire(mot* bloc) {
     int n = 0;
     const reel* x = nombres(e, &n);
     if (e[1] == 1 && e[2] == B_VOLK) {
-      for (int j = 0; j < n && nv < 2; ++j) vols[nv++] = static_cast<int>(x[j]);
+      for (int j = 0; j < n && nv < 2; ++j) {
+        mot num = 0;
+        vols[nv++] = reel_entier(x[j], &num) ? num : 0;
+      }
     } else if (e[1] == 1 && (e[2] == B_SOMK || e[2] == B_TRAIT || e[2] == B_BORNES)) {
       if (x && nsom < 8) listes[nsom] = x, nl[nsom] = n, ++nsom;
     } else if (e[1] == 1 && e[2] == B_COE) {

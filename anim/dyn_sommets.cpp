@@ -82,8 +82,10 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
   const bool l_pvol = liste_som(o, 4, std::array<mot, 8>{1, B_PRE, 1, B_RESSORT, 1, B_VOLK, 1, B_SOMK}.data(), nb, etat.rec_pvol);
   const bool aleat = val2(o, 1, B_DYN, 1, B_ALE, 1) != nullptr;
   const bool a_ressort = res || l_res || tor || l_tor || ini || l_ini || l_pts || l_pvol;
+  // 9 (read here): a cloud with a leader while b60 is on turns as a whole.
+  const bool rigide = etat_ou(1, B_RIGIDE, 0) > 0 && vol_valeur(o, 1, std::array<mot, 2>{1, B_LEADK}.data());
   const reel* repos = nullptr;
-  if (a_ressort) {
+  if (a_ressort || rigide) {
     const mot kr[2] = {1, ORD_REPOS};
     repos = val(o, 1, kr, 3 * nb);
     if (!repos) {
@@ -100,7 +102,7 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
           for (int x = 0; x < 3; ++x) r[3 * i + x] = som[static_cast<long>(i) * d + x];
       }
     }
-    voisins(o, repos, nb, 3, tor || l_tor);
+    if (a_ressort) voisins(o, repos, nb, 3, tor || l_tor);
   }
   // 6. Masses.
   const reel* mas = val1(o, 1, B_MAS, 1);
@@ -127,6 +129,16 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
       if (m[1] < 0) m[1] = 0, m[2] = 0;
     }
   }
+  etat.cha_de = o;
+  etat.l_cha = liste_som(o, 2, std::array<mot, 4>{1, B_CHA, 1, B_SOMK}.data(), nb, etat.rec_cha);
+  etat.cha_nom = champ_nomme(o);
+  etat.fonc_avertie = false;
+  etat.l_ima = liste_som(o, 3, std::array<mot, 6>{1, B_CHA, 1, B_IMA, 1, B_SOMK}.data(), nb, etat.rec_ima);
+  if (rigide) {
+    const int r = pas_rigide(o, N, som, d, nb, repos);
+    etat.cha_de = nullptr;
+    return r;
+  }
   // 10. The first collider pass, without force: the selected vertices are
   // only put back in front of the colliders.
   if (val1(o, 1, B_COL, 4)) col_premiere(o, som, d, vit, nb, choc);
@@ -146,14 +158,11 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
   const reel* nrm = nrm_b && nrm_b[1] == BLOC_REEL ? reels(nrm_b + 4) : nullptr;
   const int nb_nrm = nrm ? (nrm_b[0] - 4) / 3 : 0;
   const bool a_col = val1(o, 1, B_COL, 4) != nullptr;
-  etat.cha_de = o;
-  etat.l_cha = liste_som(o, 2, std::array<mot, 4>{1, B_CHA, 1, B_SOMK}.data(), nb, etat.rec_cha);
-  etat.l_ima = liste_som(o, 3, std::array<mot, 6>{1, B_CHA, 1, B_IMA, 1, B_SOMK}.data(), nb, etat.rec_ima);
   const reel* cvit = val2(o, 1, B_COE, 1, B_VIT, 1);
   int ncvit = 0;
   val2(o, 1, B_COE, 1, B_VIT, 1, &ncvit);
   const bool a_obs = obstacles(o);
-  const bool a_cha = etat.l_cha || etat.l_ima || val1(o, 1, B_CHA, 1) || val2(o, 1, B_CHA, 1, B_IMA, 7) || champs_globaux();
+  const bool a_cha = etat.l_cha || etat.cha_nom || etat.l_ima || val1(o, 1, B_CHA, 1) || val2(o, 1, B_CHA, 1, B_IMA, 7) || champs_globaux();
   // 12. The visit.
   if (aleat) permutation(nb);
   const float fN = static_cast<float>(N), fn = static_cast<float>(n);

@@ -92,11 +92,11 @@ mot* nouvel_attribut(const Chemin& c, long rangs, long w) {
   return a;
 }
 
-// Paths led by b113, b111, b89, b151, b122, b159, b153 or a41.
+// Paths led by b113, b111, b89, b151, b122, b159, b153, b33 or a41.
 bool chemin_dynamique(const mot* p) {
   if (p[0] == 0) return p[1] == 41;
   return p[0] == 1 && (p[1] == 113 || p[1] == 111 || p[1] == 89 || p[1] == 151 || p[1] == 122 || p[1] == 159 ||
-                       p[1] == 153);
+                       p[1] == 153 || p[1] == 33);
 }
 
 // Writes v into the object's attribute of this path. The keyword's declared

@@ -5,10 +5,14 @@
 // re-rooting of the tree. Hand-computed values; bad values never crash.
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <limits>
+#include <random>
+#include <string>
 
 #include "../geom/outils.h"
 #include "anim/dyn.h"
+#include "lang/lang.h"
 
 namespace {
 using namespace dyn;
@@ -366,5 +370,198 @@ TEST_F(DynSuite, CorpsMalFormesSansPlantage) {
   b->force_frame = frame;
   pas_corps(nullptr, 1, 1);
   EXPECT_FLOAT_EQ(lit(bon, {1, dyn::B_ACC, 1, dyn::B_ROTAK})[0], 0.5f);
+}
+}  // namespace
+
+namespace {
+// A text attribute at a path, as the language stores one.
+void chaine(Objet* o, std::vector<mot> paires, const char* t) {
+  const int n = static_cast<int>(paires.size() / 2);
+  attribut_enleve(o, false, n, paires.data());
+  const mot lg = static_cast<mot>(std::strlen(t));
+  const mot l = 4 + (lg + 4) / 4, h = 4 + 2 * n;
+  mot* a = bloc_alloue(h + l);
+  ASSERT_NE(a, nullptr);
+  a[0] = h + l;
+  phrase_paires(a, n, paires.data());
+  mot* v = a + h;
+  std::memset(v, 0, sizeof(mot) * static_cast<std::size_t>(l));
+  v[0] = l, v[1] = BLOC_CHAINE, v[2] = 1, v[3] = lg;
+  std::memcpy(v + 4, t, static_cast<std::size_t>(lg));
+  ASSERT_GE(liste_ajoute(o, a), 0);
+}
+
+TEST_F(DynSuite, ChampParFonctionDuLangageEtParNom) {
+  if (piles.dim_obj < 20000) {
+    ASSERT_EQ(piles_alloue(100, 100000, 20000, 1000), 0);
+  }
+  monde();
+  ASSERT_GE(kom_charge("env/koma.h", 0), 0);
+  ASSERT_GE(kom_charge("env/komb.h", 1), 0);
+  ASSERT_GE(mes_charge("env/mesa.h", 0), 0);
+  ASSERT_GE(mes_charge("env/mesb.h", 1), 0);
+  const std::string t = "force_champ(p)\n{\n  retour p * 2\n}\n";
+  ASSERT_GT(fonctions_analyse(t.data(), t.size()), 0);
+  // Field 1: (1, 0, 0) everywhere, plus twice the point from its function.
+  Objet* f = objet_cree(1, dyn::B_CHA, 0, nullptr, nullptr, 1);
+  ecrit(f, {1, dyn::B_COE}, {1, 0, 0});
+  chaine(f, {0, dyn::A_FONCK}, "force_champ");
+  Objet* o = volume_de({1.5f, -2, 0.25f, 40, -7, 1e3f}, {}, 2);
+  ecrit(o, {1, dyn::B_MAS}, {1});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  auto v = lit(o, {1, dyn::B_VIT, 1, dyn::B_SOMK});
+  ASSERT_EQ(v.size(), 6u);
+  EXPECT_FLOAT_EQ(v[0], 1 + 3);
+  EXPECT_FLOAT_EQ(v[1], -4);
+  EXPECT_FLOAT_EQ(v[2], 0.5f);
+  EXPECT_FLOAT_EQ(v[3], 1 + 80);
+  EXPECT_FLOAT_EQ(v[5], 2e3f);
+  EXPECT_FLOAT_EQ(etat.point[2], 1e3f);
+  // A function that does not exist: said once for the step, the field's
+  // own term stays.
+  chaine(f, {0, dyn::A_FONCK}, "pas_de_telle_fonction");
+  const std::string s = sortie_de([&] { ASSERT_EQ(pas_sommets(o, 1, 1, false), 0); });
+  EXPECT_NE(s.find("pas_de_telle_fonction"), std::string::npos);
+  EXPECT_EQ(s.find("pas_de_telle_fonction"), s.rfind("pas_de_telle_fonction"));
+  v = lit(o, {1, dyn::B_VIT, 1, dyn::B_SOMK});
+  EXPECT_FLOAT_EQ(v[0], 5);
+  // (cha, som) as a name: the field of that name acts on every vertex, and
+  // no other.
+  Objet* g = objet_cree(1, dyn::B_CHA, 0, nullptr, "vent", 3);
+  ecrit(g, {1, dyn::B_COE}, {0, 0, -2});
+  Objet* p = volume_de({0, 0, 0, 1, 1, 1}, {}, 4);
+  ecrit(p, {1, dyn::B_MAS}, {2});
+  chaine(p, {1, dyn::B_CHA, 1, dyn::B_SOMK}, "vent");
+  ASSERT_EQ(pas_sommets(p, 1, 1, false), 0);
+  auto w = lit(p, {1, dyn::B_VIT, 1, dyn::B_SOMK});
+  EXPECT_FLOAT_EQ(w[0], 0);
+  EXPECT_FLOAT_EQ(w[2], -1);
+  EXPECT_FLOAT_EQ(w[5], -1);
+  // A record of 0 names every field: field 1 (with its function missing)
+  // and the wind.
+  Objet* q = volume_de({0, 0, 0}, {}, 5);
+  ecrit(q, {1, dyn::B_MAS}, {1});
+  ecrit(q, {1, dyn::B_CHA, 1, dyn::B_SOMK}, {2, 0});
+  sortie_de([&] { ASSERT_EQ(pas_sommets(q, 1, 1, false), 0); });
+  auto u = lit(q, {1, dyn::B_VIT, 1, dyn::B_SOMK});
+  EXPECT_FLOAT_EQ(u[0], 1);
+  EXPECT_FLOAT_EQ(u[2], -2);
+}
+}  // namespace
+
+namespace {
+TEST_F(DynSuite, NuageRigideTourneDUnBloc) {
+  ASSERT_GE(kom_charge("env/komb.h", 1), 0);
+  ASSERT_GT(nb_etats[1], dyn::B_RIGIDE);
+  etats[1][dyn::B_RIGIDE] = 1;
+  // Anchor at the centre (0.5, 0, 0): the lever's force (0, 0, 1) and an
+  // inertia of 2: A = 0.5 about z, then w = 0.5 and the turn 0.5 radian.
+  Objet* o = volume_de({0, 0, 0, 1, 0, 0}, {}, 1);
+  ecrit(o, {1, dyn::B_MAS}, {2});
+  ecrit(o, {1, dyn::B_LEADK}, {7});
+  ecrit(o, {1, dyn::B_FOR, 1, dyn::B_ROTAK}, {0, 0, 1, 0});
+  ecrit(o, {1, dyn::B_COE, 1, dyn::B_FOR, 1, dyn::B_ROTAK}, {2});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  auto s = sommets(o);
+  EXPECT_NEAR(s[0], 0.5f - 0.5f * std::cos(0.5f), 1e-6f);
+  EXPECT_NEAR(s[1], -0.5f * std::sin(0.5f), 1e-6f);
+  EXPECT_NEAR(s[3], 0.5f + 0.5f * std::cos(0.5f), 1e-6f);
+  EXPECT_FLOAT_EQ(lit(o, {1, dyn::B_ACC, 1, dyn::B_ROTAK})[2], 0.5f);
+  // Second step: w = 1, the turn 1.5; the shape is kept.
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  s = sommets(o);
+  EXPECT_NEAR(lit(o, {1, dyn::B_JOI, 1, dyn::B_ROTAK})[2], 1.5f, 1e-6f);
+  EXPECT_NEAR(s[1], -0.5f * std::sin(1.5f), 1e-6f);
+  EXPECT_NEAR(std::hypot(s[3] - s[0], s[4] - s[1], s[5] - s[2]), 1, 1e-5f);
+  // A speed limit of 0.25 on w.
+  ecrit(o, {1, dyn::B_VIT, 1, dyn::B_ROTAK, 0, dyn::A_LIMK}, {0.25f});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  EXPECT_NEAR(lit(o, {1, dyn::B_VIT, 1, dyn::B_ROTAK})[2], 0.25f, 1e-6f);
+  // Anchored at rest vertex 1, the force (0, 3, 0) at the centre (1, 0, 0):
+  // torque (0, 0, 3), inertia 3: the second vertex turns 1 radian about
+  // the first, which stays.
+  Objet* p = volume_de({0, 0, 0, 2, 0, 0}, {}, 2);
+  ecrit(p, {1, dyn::B_MAS}, {5});
+  ecrit(p, {1, dyn::B_LEADK}, {7});
+  ecrit(p, {1, dyn::B_SOMK, 1, dyn::B_SUIVK}, {1});
+  ecrit(p, {1, dyn::B_RIGIDE, 1, dyn::B_PTS}, {0, 0, 0});
+  ecrit(p, {1, dyn::B_FOR}, {0, 3, 0});
+  ecrit(p, {1, dyn::B_COE, 1, dyn::B_FOR, 1, dyn::B_ROTAK}, {3});
+  ASSERT_EQ(pas_sommets(p, 1, 1, false), 0);
+  s = sommets(p);
+  EXPECT_FLOAT_EQ(s[0], 0);
+  EXPECT_NEAR(s[3], 2 * std::cos(1.f), 1e-5f);
+  EXPECT_NEAR(s[4], 2 * std::sin(1.f), 1e-5f);
+  // Bad values: a NaN force, a zero mass: the cloud stays.
+  ecrit(p, {1, dyn::B_FOR}, {std::nanf(""), 0, 0});
+  ASSERT_EQ(pas_sommets(p, 1, 1, false), 0);
+  EXPECT_NEAR(sommets(p)[4], 2 * std::sin(1.f), 1e-5f);
+  ecrit(p, {1, dyn::B_MAS}, {0});
+  ASSERT_EQ(pas_sommets(p, 1, 1, false), 0);
+  // With b60 off the cloud is an ordinary one: the force moves each vertex.
+  etats[1][dyn::B_RIGIDE] = 0;
+  ecrit(p, {1, dyn::B_MAS}, {1});
+  ecrit(p, {1, dyn::B_FOR}, {0, 0, 4});
+  const float z = sommets(p)[5];
+  ASSERT_EQ(pas_sommets(p, 1, 1, false), 0);
+  EXPECT_NEAR(sommets(p)[5], z + 4, 1e-5f);
+}
+}  // namespace
+
+namespace {
+TEST_F(DynSuite, AttributsAuHasardSansPlantage) {
+  // Every attribute of the steps, written again and again with random
+  // lengths and random values (NaN, infinities, 1e30, odd numbers, vertex
+  // and volume numbers in and out of range), a step after each write: the
+  // steps end, never crash, and say what they refuse.
+  std::vector<float> s;
+  std::vector<std::vector<int>> f;
+  for (int y = 0; y < 5; ++y)
+    for (int x = 0; x < 5; ++x) s.insert(s.end(), {7.5f * x, 3.25f * y, 0.5f * x * y});
+  for (int y = 0; y < 4; ++y)
+    for (int x = 0; x < 4; ++x) f.push_back({5 * y + x + 1, 5 * y + x + 2, 5 * y + x + 7, 5 * y + x + 6});
+  Objet* o = volume_de(s, f, 1);
+  Objet* c = volume_de(s, f, 2);
+  ecrit(c, {1, dyn::B_VIT, 1, dyn::B_SOMK}, std::vector<float>(75, 0.5f));
+  Objet* ch = objet_cree(1, dyn::B_CHA, 0, nullptr, nullptr, 1);
+  ecrit(ch, {1, dyn::B_COE}, {1, 2, 3});
+  Vol_inter* r1 = record(o);
+  Vol_inter* r2 = record(c);
+  lie(r1, r2, 3, 1);
+  const std::vector<std::vector<int>> chemins = {
+      {1, dyn::B_MAS}, {1, dyn::B_MAS, 1, dyn::B_SOMK}, {1, dyn::B_FOR}, {1, dyn::B_FOR, 1, dyn::B_SOMK}, {1, dyn::B_FOR, 1, dyn::B_VIT},
+      {1, dyn::B_FOR, 1, dyn::B_ORTHO}, {1, dyn::B_FOR, 1, dyn::B_AXEK}, {1, dyn::B_FOR, 1, dyn::B_ROTAK}, {1, dyn::B_FOR, 1, dyn::B_PRE},
+      {1, dyn::B_FOR, 1, dyn::B_TIRE}, {1, dyn::B_COE, 1, dyn::B_VIT}, {1, dyn::B_RESSORT}, {1, dyn::B_RESSORT, 1, dyn::B_SOMK},
+      {1, dyn::B_RESSORT, 1, dyn::B_ROTAK}, {1, dyn::B_RESSORT, 1, dyn::B_ROTAK, 1, dyn::B_SOMK}, {1, dyn::B_RESSORT, 0, dyn::A_INI},
+      {1, dyn::B_RESSORT, 0, dyn::A_INI, 1, dyn::B_SOMK}, {1, dyn::B_RESSORT, 1, dyn::B_JOI}, {1, dyn::B_PRE, 1, dyn::B_RESSORT, 1, dyn::B_PTS, 1, dyn::B_SOMK},
+      {1, dyn::B_PRE, 1, dyn::B_RESSORT, 1, dyn::B_VOLK, 1, dyn::B_SOMK}, {0, dyn::A_TEM}, {0, dyn::A_TEM, 1, dyn::B_SOMK}, {1, dyn::B_DYN, 1, dyn::B_ALE},
+      {1, dyn::B_CHOC, 1, dyn::B_SOMK}, {1, dyn::B_COE, 1, dyn::B_CHOC}, {1, dyn::B_COL}, {1, dyn::B_COL, 1, dyn::B_SOMK}, {1, dyn::B_COL, 1, dyn::B_BORNES},
+      {1, dyn::B_CHA}, {1, dyn::B_CHA, 1, dyn::B_SOMK}, {1, dyn::B_CHA, 1, dyn::B_VOLK}, {1, dyn::B_CHA, 1, dyn::B_IMA}, {1, dyn::B_ACC, 0, dyn::A_LIMK},
+      {1, dyn::B_VIT, 0, dyn::A_LIMK}, {1, dyn::B_BOITE, 0, dyn::A_LIMK}, {1, dyn::B_VIT, 1, dyn::B_SOMK}, {1, dyn::B_ACC, 1, dyn::B_SOMK},
+      {1, dyn::B_VIT, 1, dyn::B_ROTAK}, {1, dyn::B_VIT, 1, dyn::B_ROTAK, 0, dyn::A_LIMK}, {1, dyn::B_JOI, 0, dyn::A_LIMK},
+      {1, dyn::B_COE, 1, dyn::B_FOR, 1, dyn::B_ROTAK}};
+  const float rares[] = {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
+                         -std::numeric_limits<float>::infinity(), 0, -0.f, 1e30f, -1e30f, 1e-30f, 2, 3, 25, 26, -1};
+  std::mt19937 g(20261123);
+  std::uniform_real_distribution<float> reel(-1000, 1000);
+  int pas = 0;
+  const std::string sortie = sortie_de([&] {
+    for (int k = 0; k < 600; ++k) {
+      const auto& ch_k = chemins[g() % chemins.size()];
+      std::vector<float> v(g() % 14);
+      for (float& x : v) x = g() % 3 ? reel(g) : rares[g() % std::size(rares)];
+      Objet* cible = g() % 4 ? o : c;
+      std::vector<mot> cle(ch_k.begin(), ch_k.end());
+      if (v.empty()) attribut_enleve(cible, false, static_cast<int>(cle.size() / 2), cle.data());
+      else attribut_ecrit(cible, static_cast<int>(cle.size() / 2), cle.data(), v.data(), static_cast<int>(v.size()), 1);
+      const int n = 1 + static_cast<int>(g() % 3);
+      EXPECT_GE(pas_sommets(cible, n, n * n, g() % 2 == 0), -1);
+      pas_corps(nullptr, 1, 1);
+      limite_inter(nullptr);
+      ++pas;
+    }
+  });
+  EXPECT_GT(pas, 500);
+  EXPECT_LT(sortie.size(), 200000u);
 }
 }  // namespace
