@@ -248,7 +248,6 @@ int arbre_origine(Vol_inter* r) {
   for (std::size_t i = 0; i + 1 < ch.size(); ++i) {
     Vol_inter *c = ch[i], *p = ch[i + 1];
     retire(p, c);
-    c->lead = nullptr;
     p->lead = c;
     p->lead_num = c->num;
     p->som_lead = ss[i];

@@ -174,7 +174,8 @@ void trajet_joue(Trajet* t, Vol_inter* r) {
         if (nb_force_tip(r) >= 4) ft[3] = e >= 0 ? t->friction + e * t->friction / 180 : t->friction - e * t->friction / 180;
       } else {
         r->angle = s[2];
-        dyn::fenetre_angle(r);
+        // The window's limits are the volume's: none once it is gone.
+        if (vivant(r)) dyn::fenetre_angle(r);
       }
       if (reel* w = vit_rot(r)) w[0] = r->angle - avant;
       break;
