@@ -32,7 +32,6 @@ bool plus_bas(const Vol_inter* r, float* haut, int* som, float* w) {
 void deplace_racine(Ancre* a, const float* d) {
   Vol_inter* racine = a->vols[0];
   for (int x = 0; x < 3; ++x) racine->pos[x] += d[x];
-  arbre_evalue();
   vol_inter_matrice(racine);
   arbre_evalue();
 }

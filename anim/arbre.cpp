@@ -216,6 +216,10 @@ void arbre_evalue() {
   bool arbre = false;
   for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) ++nb_recs, arbre = arbre || v->lead;
   if (!arbre) return;
+  // A leader set at the start from the volume's attributes lists its
+  // follower here too, so that the walk from the roots reaches it.
+  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
+    if (v->lead && v->lead != v) ajoute(v->lead, v);
   profondeur = 0;
   for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
     if (!v->lead) evalue(v, nullptr);

@@ -104,7 +104,8 @@ int dessine_scene() {
 
 void efface() {
   GLbitfield b = 0;
-  if (inter.nb_images != 1 && inter.efface_fond && etat_ou(1, B_FOND, 1) > 0) {
+  // A background image stands for the cleared colour.
+  if (inter.nb_images != 1 && inter.efface_fond && inter.num_fond <= 0 && etat_ou(1, B_FOND, 1) > 0) {
     int n = 0;
     const reel* c = mot_valeur(1, B_FOND, &n);
     glClearColor(n >= 3 ? c[0] : 0.f, n >= 3 ? c[1] : 0.f, n >= 3 ? c[2] : 0.f, 0.f);
@@ -161,7 +162,7 @@ void ancres_verifie() {
   arbre_evalue();
   for (Ancre* a = liste_anc; a; a = a->suivant) ancre_verifie(a);
 }
-void fond_image() {}
+void fond_image() { inter_fond_dessine(); }
 // Step 25: each trace shifts by one matrix, the record's latest in front.
 void traces_pas() {
   const std::size_t n = static_cast<std::size_t>(inter.nb_traces);

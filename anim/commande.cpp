@@ -20,7 +20,7 @@ constexpr int A_PAS_ = 3, A_FONC_ = 6, A_NOM_IMG = 15, A_BROU = 47, A_OPT = 50, 
               A_EXEC = 69, A_NOM_ = 82, A_PULS = 95, A_TEM = 98, A_ALI = 107;
 constexpr int B_SOU = 16, B_PAS = 18, B_ECRAN = 19, B_SEQ_ = 22, B_LUM_ = 24, B_ZBU = 25, B_COE_ = 42,
               B_NB_ = 47, B_TRACE = 55, B_MENU = 74, B_INTER = 85, B_GLIDE = 103, B_CADENCE = 106,
-              B_BRO = 120, B_ANIM = 93, B_NURBS_ = 45, B_ATT_MENU = 144, B_ETAT = 145, B_MEM_ = 148, B_RES_ = 161, B_PICK = 60, B_NORMALE_ = 63;
+              B_BRO = 120, B_ANIM = 93, B_NURBS_ = 45, B_ATT_MENU = 144, B_ETAT = 145, B_MEM_ = 148, B_RES_ = 161, B_PICK = 60, B_NORMALE_ = 63, B_IMA_ = 28;
 
 const mot* valeur(const mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
 
@@ -74,6 +74,19 @@ int rien(mot* bloc) {
   bloc[0] = 0;
   return 0;
 }
+
+// ima(n) makes image n the background, ima(n, m, k) fades it into image m
+// over k frames, ima or ima(0) leaves the plain cleared colour.
+int fond_lit(const mot* v) {
+  float x[3] = {0, 0, 0};
+  int n = bloc_nombres(v, x, 3);
+  if (n < 0 || n == 2) return refuse(1, B_IMA_);
+  for (int k = 0; k < n; ++k)
+    if (!(x[k] >= 0 && x[k] < 1e9f)) return refuse(1, B_IMA_);
+  return inter_fond(static_cast<int>(x[0]), static_cast<int>(x[1]), static_cast<int>(x[2]));
+}
+
+int option_fond(mot* bloc, const mot* v) { return fond_lit(v) < 0 ? -1 : rien(bloc); }
 
 // anim followed by a phrase: that phrase runs at every frame (liste_4);
 // with nurbs, it waits in the spare list. The phrase is the keywords
@@ -167,6 +180,8 @@ int option(mot* bloc, const mot* e, const mot* limite) {
     case B_LUM_:
       lum_gl();
       return rien(bloc);
+    case B_IMA_:
+      return option_fond(bloc, v);
     case B_ETAT: {
       float et = 1;
       if (bloc_nombres(v, x, 1) > 0) et = x[0];
@@ -397,6 +412,10 @@ int debut(mot* bloc) {
       inter.seq_n = (v[0] - 4) / 3;
       inter.nb_images = inter.seq_n;
       fen.outil_fini_seul = inter.nb_images > 0;
+    }
+    if (e[1] == 1 && e[2] == B_IMA_ && fond_lit(v) < 0) {
+      interaction_fin();
+      return -1;
     }
   }
   return rien(bloc);

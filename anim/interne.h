@@ -171,6 +171,12 @@ int inter_option_vol(mot* bloc, const mot* e, const mot* limite);
 // The command's handler.
 int interaction_commande(mot* bloc, mot* valeur, const mot* limite);
 int inter_liste_ajoute(int i, Vol_inter* cible, const mot* phrase);
+// Frame step 16: image `num` (0: none) becomes the background; with
+// `suivant` and n > 0 it fades into that image over n frames. 0, or -1
+// after "n: " and message 0:9 for an image that does not exist.
+int inter_fond(int num, int suivant, int n);
+void inter_fond_dessine();
+
 // The pick under (x, y): the chosen record's place in the chain from 1, or
 // 0; with `selectionne` it becomes the only `actif` one.
 int inter_pick(int x, int y, bool selectionne);

@@ -207,7 +207,8 @@ void trajet_joue(Trajet* t, Vol_inter* r) {
       break;
   }
   ++t->indice;
-  vol_inter_matrice(r);
+  // The matrix follows later in the frame, once for every node: from the
+  // tree (step 13), the dynamics or the drawing.
 }
 
 void trajets_libere(Vol_inter* r) {

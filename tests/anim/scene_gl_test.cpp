@@ -3,6 +3,8 @@
 // menu entries as the menu's callback gives them, and what "quitter en
 // validant" and "quitter sans valider" leave in the objects.
 #include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <string>
@@ -271,4 +273,117 @@ TEST(SceneGl, DrapTombeSurUnCollisionneur) {
   // The frames differ: the cloth moved in the picture, and it shows.
   EXPECT_GT(std::count_if(p1.begin(), p1.end(), [](unsigned char c) { return c > 20; }), 100);
   EXPECT_NE(p1, p60);
+}
+
+// The background image under the scene, stretched to the window, and its
+// fade into a second image; the first frames' overlay. Each frame's
+// pixels are read back by the frame's own capture into the working image.
+namespace {
+// An image of w x h: left half (r1, g1, b1), right half (r2, g2, b2).
+void image_deux(int num, int w, int h, const int c1[3], const int c2[3]) {
+  mot* b = ima_alloue(w, h);
+  ASSERT_NE(b, nullptr);
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x)
+      for (int c = 0; c < 3; ++c) ima_rouge(b, y)[c * w + x] = static_cast<octet>(x < w / 2 ? c1[c] : c2[c]);
+  ASSERT_EQ(ima_installe(num, b), 0);
+}
+
+std::array<int, 3> pixel(int x, int y) {
+  const mot* im = ima_ecran();
+  const int w = ima_l(im);
+  const octet* r = ima_rouge(im, y);
+  return {r[x], r[w + x], r[2 * w + x]};
+}
+
+bool proche(std::array<int, 3> p, const int c[3], int tol) {
+  for (int k = 0; k < 3; ++k)
+    if (std::abs(p[k] - c[k]) > tol) return false;
+  return true;
+}
+
+// White pixels of the frame's picture in the rectangle.
+int blancs(int x1, int y1, int x2, int y2) {
+  int n = 0;
+  for (int y = y1; y < y2; ++y)
+    for (int x = x1; x < x2; ++x) {
+      auto p = pixel(x, y);
+      n += p[0] > 200 && p[1] > 200 && p[2] > 200;
+    }
+  return n;
+}
+}  // namespace
+
+TEST(SceneGl, ImageDeFondEtFondu) {
+  monde_scene(1);
+  ASSERT_EQ(image_ecran_taille(200, 200), 0);
+  const int rouge[3] = {230, 20, 10}, bleu[3] = {15, 30, 240}, vert[3] = {10, 220, 40}, jaune[3] = {250, 240, 5};
+  // 73 x 41: odd sizes, stretched to the 200 x 200 window.
+  image_deux(7, 73, 41, rouge, bleu);
+  image_deux(8, 73, 41, vert, jaune);
+  ArgsInter a;
+  a.cadence = 0;
+  const std::string dir = ::testing::TempDir();
+  const std::string nom = dir + "fond_.png";
+  a.nom_images = nom.c_str();
+  ASSERT_EQ(interaction_debut(a), 0);
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(inter_fond(3311, 0, 0), -1);
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("3311: "), std::string::npos);
+  EXPECT_EQ(inter.num_fond, 0);
+  ASSERT_EQ(inter_fond(7, 0, 0), 0);
+  ASSERT_EQ(interaction_image(), 0);
+  // The corners show the image's halves; the cube in the middle hides it.
+  EXPECT_TRUE(proche(pixel(3, 3), rouge, 2));
+  EXPECT_TRUE(proche(pixel(196, 196), bleu, 2));
+  EXPECT_TRUE(proche(pixel(90, 197), rouge, 2));
+  EXPECT_TRUE(proche(pixel(110, 2), bleu, 2));
+  int cube = 0;
+  for (int y = 0; y < 200; ++y)
+    for (int x = 0; x < 200; ++x) cube += !proche(pixel(x, y), rouge, 30) && !proche(pixel(x, y), bleu, 30);
+  EXPECT_GT(cube, 200);
+  EXPECT_LT(cube, 200 * 200 / 2);
+  // A fade over 4 frames: between the two images, then the second alone.
+  ASSERT_EQ(inter_fond(7, 8, 4), 0);
+  ASSERT_EQ(interaction_image(), 0);  // k = 4 / 4: the first image
+  EXPECT_TRUE(proche(pixel(3, 3), rouge, 2));
+  ASSERT_EQ(interaction_image(), 0);  // 3 / 4
+  ASSERT_EQ(interaction_image(), 0);  // 2 / 4: half of each
+  const int mi[3] = {(rouge[0] + vert[0]) / 2, (rouge[1] + vert[1]) / 2, (rouge[2] + vert[2]) / 2};
+  EXPECT_TRUE(proche(pixel(3, 3), mi, 3)) << pixel(3, 3)[0] << " " << pixel(3, 3)[1];
+  ASSERT_EQ(interaction_image(), 0);  // 1 / 4, the fade ends
+  EXPECT_EQ(inter.num_fond, 8);
+  ASSERT_EQ(interaction_image(), 0);
+  EXPECT_TRUE(proche(pixel(3, 3), vert, 2)) << pixel(3, 3)[0] << " " << pixel(3, 3)[1] << " " << pixel(3, 3)[2];
+  EXPECT_TRUE(proche(pixel(196, 196), jaune, 2)) << pixel(196, 196)[0] << " " << pixel(196, 196)[1] << " " << pixel(196, 196)[2];
+  // The image removed meanwhile: the cleared colour again, no fault.
+  objet_supprime(ima_objet(8));
+  objet_supprime(ima_objet(7));
+  ASSERT_EQ(interaction_image(), 0);
+  EXPECT_EQ(inter.num_fond, 0);
+  EXPECT_FALSE(proche(pixel(3, 3), vert, 30));
+  interaction_fin();
+}
+
+TEST(SceneGl, SurimpressionDesPremieresImages) {
+  monde_scene(0);
+  ASSERT_EQ(image_ecran_taille(200, 200), 0);
+  ArgsInter a;
+  a.cadence = 0;
+  a.nb_premieres = 3;
+  const std::string nom = ::testing::TempDir() + "premieres_.png";
+  a.nom_images = nom.c_str();
+  ASSERT_EQ(interaction_debut(a), 0);
+  // The text sits at the top left of the window over the first 3 frames
+  // only; the rest of the window stays the background.
+  for (int k = 1; k <= 5; ++k) {
+    ASSERT_EQ(interaction_image(), 0);
+    const int haut = blancs(0, 150, 120, 200), bas = blancs(0, 0, 200, 120);
+    if (k <= 3)
+      EXPECT_GT(haut, 20) << k;
+    else
+      EXPECT_EQ(haut, 0) << k;
+    EXPECT_EQ(bas, 0) << k;
+  }
+  interaction_fin();
 }
