@@ -17,7 +17,7 @@ constexpr int B_NURBS = 45, B_LEAD = 61, B_SUIV = 62, B_FORCE = 113, B_TIRE = 13
               B_TEX_SOM = 23, B_GRILLE_79 = 79, B_INTER = 85, B_TRACE = 28;
 
 int echec(Vol_inter* v, const char* etape, int num) {
-  std::printf("%s interaction_creer_1(%d)\n", etape, num);
+  std::printf("%s\ninteraction_creer_1(%d)\n", etape, num);
   std::fflush(stdout);
   vol_inter_libere(v);
   return -1;
@@ -91,6 +91,9 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
     if (!seg) return echec(v, "generer_segment_vol", num), nullptr;
     v->seg = valeur_de(seg);
     v->nb_seg = v->seg ? v->seg[2] : 0;
+    // The faces as vertex addresses: a loop over them follows pointers.
+    v->fac_poi = ad_poi_facette(v->fac, v->som, v->stride, v->nb_som);
+    if (!v->fac_poi) return echec(v, "ad_poi_facette", num), nullptr;
     mot* vs = gen_voisin_fac_som(o, 0);
     if (!vs) return echec(v, "gen_voisin_fac_som", num), nullptr;
     v->voisin = valeur_de(vs);
@@ -107,13 +110,23 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
   }
   // 7. A grid's rows must be of one length.
   if (v->type == B_GRILLE_79 && v->nx > 0 && v->ny > 0 && static_cast<long>(v->nx) * v->ny > v->nb_som) {
-    std::printf("objet_incoherent\n");
-    return echec(v, "grille", num), nullptr;
+    return echec(v, "objet_incoherent", num), nullptr;
   }
-  // 8. A surface: its subdivision.
+  // 8. A surface: its grid is the control net, sampled (s + 1) times
+  // finer than the net in each direction.
+  bool nurbs = false;
   if (etat_ou(1, B_NURBS, 0) > 0) {
     const mot k[2] = {1, B_NURBS};
-    if (const reel* r = valeur_reels(o, 1, k, 1)) v->sub_nurbs = static_cast<int>(r[0]);
+    if (const reel* r = valeur_reels(o, 1, k, 1)) {
+      const float s_ = r[0];
+      if (v->nx < 1 || v->ny < 1 || static_cast<long>(v->nx + 1) * (v->ny + 1) != v->nb_som) {
+        return echec(v, "objet_incoherent", num), nullptr;
+      }
+      v->sub_nurbs = s_ >= 0 && s_ < 64 ? static_cast<int>(s_) : 0;
+      v->nu = v->nx * (v->sub_nurbs + 1);
+      v->nv = v->ny * (v->sub_nurbs + 1);
+      nurbs = true;
+    }
   }
   // 9. Links to a leader and anchor vertices.
   {
@@ -169,6 +182,19 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
     v->rt = vol_rt_cree(o);
     if (!v->rt) return echec(v, "vol_rt_cree", num), nullptr;
   }
+  // 15. The surface's renderer belongs to the drawing record, so it comes
+  // once the record is made: cubic in both directions over the net of
+  // (nx + 1) x (ny + 1) vertices; with (b45, b85) the sampling tolerance is
+  // the window's width over that value, in pixels.
+  if (nurbs && v->rt) {
+    if (vol_rt_nurbs(v->rt, v->nx + 1, v->ny + 1) < 0) return echec(v, "set_knots x", num), nullptr;
+    const mot k[4] = {1, B_NURBS, 1, B_INTER};
+    if (const reel* t = valeur_reels(o, 2, k, 1)) {
+      const float val = std::isfinite(t[0]) && t[0] >= 1e-5f ? t[0] : 1e-5f;
+      v->tol_nurbs = static_cast<float>(fen.dimx) / val;
+      if (vol_rt_nurbs_pas(v->rt, 0, 0, v->tol_nurbs) < 0) return echec(v, "set_knots y", num), nullptr;
+    }
+  }
   vol_inter_matrice(v);
   return v;
 }
@@ -178,6 +204,7 @@ void vol_inter_libere(Vol_inter* v) {
   bloc_libere(v->som_trav);
   bloc_libere(v->som_orig);
   bloc_libere(v->som_poi);
+  bloc_libere(v->fac_poi);
   vol_rt_libere(v->rt);
   delete v;
 }

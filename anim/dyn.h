@@ -19,7 +19,7 @@ constexpr int B_DYN = 150, B_MAS = 112, B_VIT = 111, B_ACC = 89, B_FOR = 113, B_
               B_SOMK = 32, B_ROTAK = 34, B_COE = 42, B_CHA = 122, B_CHOC = 81, B_COL = 153, B_ALE = 59,
               B_AXEK = 96, B_LEADK = 61, B_SUIVK = 62, B_ORTHO = 63, B_JOI = 33, B_PRE = 159, B_TIRE = 130,
               B_PTS = 86, B_VOLK = 4, B_COURBE = 26, B_BOITE = 31, B_IMA = 28, B_ROTXK = 35, B_ROTYK = 36,
-              B_ROTZK = 37, B_RIGIDE = 60, B_NURBSK = 45;
+              B_ROTZK = 37, B_RIGIDE = 60, B_NURBSK = 45, B_BORNES = 77, B_TRAIT = 76, B_SOU = 16, B_ORIGINE = 107;
 constexpr int A_LIMK = 41, A_TEM = 98, A_INI = 143, A_FONCK = 101, A_PASK = 3;
 // The hidden rest copy of the vertices.
 constexpr int ORD_REPOS = -10004;
@@ -39,7 +39,11 @@ struct Etat {
   std::vector<int> deb_voisin, voisin;      // CSR of neighbours in ring order
   std::vector<float> repos_long, repos_ang;  // per neighbour slot
   std::vector<int> ordre, libre;
-  std::vector<const mot*> rec_mas, rec_for, rec_res, rec_tor, rec_ini, rec_tem, rec_alim, rec_vlim;
+  std::vector<const mot*> rec_mas, rec_for, rec_res, rec_tor, rec_ini, rec_tem, rec_alim, rec_vlim, rec_pts, rec_pvol;
+  // Moving obstacles of the volume in its step: per obstacle [b1, b2, R,
+  // box lo, box hi, first face, face count], per face [centre, normal,
+  // velocity, radius].
+  std::vector<float> obs, obs_fac;
   // The per-vertex field lists of the volume in its step: (cha, som) and
   // (cha, ima, som), read once a step; null outside a step.
   std::vector<const mot*> rec_cha, rec_ima;
@@ -110,6 +114,24 @@ bool champs_globaux();  // any field object at all
 float image_force(Objet* o, const reel* ci, int nci, int i, float* F);
 // Collision of p (velocity v) against the colliders of o; the contact count.
 int collision(Objet* o, float* p, const float* v, float* F, bool force, float* marque);
+// Moving obstacles (cha, vol) of o, gathered for its step: false for none.
+bool obstacles(Objet* o);
+// Their push on a vertex at p with velocity v: v and F change.
+void obstacle_force(const float* p, float* v, float* F);
+// Springs of vertex p (rest position rp) to vertices of other volumes, from
+// its record of groups [k, c, volume, vertex].
+void ressorts_vol(Objet* o, const mot* rec, const float* p, const float* rp, const float* v, float* F);
+// The first collider pass: the vertices of (col, som) and the ranges of
+// (col, b77) put back in front of the colliders, with no force.
+void col_premiere(Objet* o, float* som, int d, const float* vit, int nb, float* choc);
+// The windows of a running interaction, applied with no forces to r and its
+// followers (every root without r); the number of values changed.
+int limite_inter(Vol_inter* r);
+// The pull and the re-rooting of a running interaction.
+int tire(mot* bloc);
+bool tire_forme(const mot* bloc);  // a phrase with the pull's arguments
+int nb_records();
+int origine(Vol_inter* r);
 // The phrase `dyn pas(k) vol(n)`.
 int dyn_commande(mot* bloc, mot* valeur, const mot* limite);
 }  // namespace dyn

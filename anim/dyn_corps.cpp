@@ -35,12 +35,6 @@ bool un_actif() {
   return false;
 }
 
-int nb_records() {
-  int n = 0;
-  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) ++n;
-  return n;
-}
-
 reel* vit_rota(Objet* o) { return bloc_zero(o, 2, std::array<mot, 4>{1, B_VIT, 1, B_ROTAK}.data(), 3); }
 
 // The window [lo, hi] in degrees on the angle of r; w of `qui` scaled by f.
@@ -58,6 +52,12 @@ bool a_ressorts(Objet* o) {
          val2(o, 1, B_RESSORT, 0, A_INI, 1);
 }
 }  // namespace
+
+int nb_records() {
+  int n = 0;
+  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) ++n;
+  return n;
+}
 
 int fenetre_angle(Vol_inter* r) {
   if (!r->lim_rota) return 0;
@@ -120,6 +120,8 @@ void pas_corps(Vol_inter* r, int n, int N) {
       // 4. The centre.
       if (!r->lead) {
         const reel* f = val1(o, 1, B_FOR, 3);
+        // A force that is no number is left out, as an absent one.
+        if (f && !(std::isfinite(f[0]) && std::isfinite(f[1]) && std::isfinite(f[2]))) f = nullptr;
         reel* vit = bloc_zero(o, 1, std::array<mot, 2>{1, B_VIT}.data(), 3);
         reel* acc = bloc_zero(o, 1, std::array<mot, 2>{1, B_ACC}.data(), 3);
         if (vit && acc) {
@@ -147,17 +149,22 @@ void pas_corps(Vol_inter* r, int n, int N) {
         c = nfr > 3 ? fr[3] : 0.f;
       }
       int nt = 0;
-      if (const reel* ft = val2(o, 1, B_FOR, 1, B_TIRE, 3, &nt)) {
+      const reel* ft = val2(o, 1, B_FOR, 1, B_TIRE, 3, &nt);
+      if (ft) {
         c = nt > 3 ? ft[3] : c;
         for (int x = 0; x < 3; ++x) F[x] += ft[x];
       }
+      // The anchors' force of this frame, when it is a value of its own.
+      if (r->force_frame && r->force_frame != ft)
+        for (int x = 0; x < 3; ++x) F[x] += r->force_frame[x];
       // 8. The turn.
       reel* w = vit_rota(o);
       reel* A = bloc_zero(o, 2, std::array<mot, 4>{1, B_ACC, 1, B_ROTAK}.data(), 3);
       if (w && A) {
         const reel* wl = val3(o, 1, B_VIT, 1, B_ROTAK, 0, A_LIMK, 1);
         const reel* al = val3(o, 1, B_ACC, 1, B_ROTAK, 0, A_LIMK, 1);
-        const float t = dot(F, r->axe);
+        float t = dot(F, r->axe);
+        if (!std::isfinite(t) || !std::isfinite(c)) t = 0, c = 0;
         w[0] = borne(w[0], wl);
         A[0] = borne(t * kr + c * w[0], al);
         w[0] = borne(w[0] + A[0], wl);

@@ -39,6 +39,8 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
   int nb = 0, d = 3;
   reel* som = vol_som(o, &nb, &d);
   if (!som || nb < 1 || d < 3) return 0;
+  // A follower cloud (som, suiv) needs its leader-side vertices (b60, b86).
+  if (val2(o, 1, B_SOMK, 1, B_SUIVK, 1) && !vol_valeur(o, 2, std::array<mot, 4>{1, B_RIGIDE, 1, B_PTS}.data())) return 0;
   int nt = 0;
   const reel* tem = val1(o, 0, A_TEM, 3, &nt);
   if (!dans_fenetre(tem, nt)) return 0;
@@ -76,8 +78,10 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
   const bool l_tor = liste_som(o, 3, std::array<mot, 6>{1, B_RESSORT, 1, B_ROTAK, 1, B_SOMK}.data(), nb, etat.rec_tor);
   const reel* ini = val2(o, 1, B_RESSORT, 0, A_INI, 2);
   const bool l_ini = liste_som(o, 3, std::array<mot, 6>{1, B_RESSORT, 0, A_INI, 1, B_SOMK}.data(), nb, etat.rec_ini);
+  const bool l_pts = liste_som(o, 4, std::array<mot, 8>{1, B_PRE, 1, B_RESSORT, 1, B_PTS, 1, B_SOMK}.data(), nb, etat.rec_pts);
+  const bool l_pvol = liste_som(o, 4, std::array<mot, 8>{1, B_PRE, 1, B_RESSORT, 1, B_VOLK, 1, B_SOMK}.data(), nb, etat.rec_pvol);
   const bool aleat = val2(o, 1, B_DYN, 1, B_ALE, 1) != nullptr;
-  const bool a_ressort = res || l_res || tor || l_tor || ini || l_ini;
+  const bool a_ressort = res || l_res || tor || l_tor || ini || l_ini || l_pts || l_pvol;
   const reel* repos = nullptr;
   if (a_ressort) {
     const mot kr[2] = {1, ORD_REPOS};
@@ -123,6 +127,9 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
       if (m[1] < 0) m[1] = 0, m[2] = 0;
     }
   }
+  // 10. The first collider pass, without force: the selected vertices are
+  // only put back in front of the colliders.
+  if (val1(o, 1, B_COL, 4)) col_premiere(o, som, d, vit, nb, choc);
   const bool l_for = liste_som(o, 2, std::array<mot, 4>{1, B_FOR, 1, B_SOMK}.data(), nb, etat.rec_for);
   const bool l_tem = liste_som(o, 2, std::array<mot, 4>{0, A_TEM, 1, B_SOMK}.data(), nb, etat.rec_tem);
   const bool l_alim = liste_som(o, 3, std::array<mot, 6>{1, B_ACC, 0, A_LIMK, 1, B_SOMK}.data(), nb, etat.rec_alim);
@@ -142,6 +149,10 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
   etat.cha_de = o;
   etat.l_cha = liste_som(o, 2, std::array<mot, 4>{1, B_CHA, 1, B_SOMK}.data(), nb, etat.rec_cha);
   etat.l_ima = liste_som(o, 3, std::array<mot, 6>{1, B_CHA, 1, B_IMA, 1, B_SOMK}.data(), nb, etat.rec_ima);
+  const reel* cvit = val2(o, 1, B_COE, 1, B_VIT, 1);
+  int ncvit = 0;
+  val2(o, 1, B_COE, 1, B_VIT, 1, &ncvit);
+  const bool a_obs = obstacles(o);
   const bool a_cha = etat.l_cha || etat.l_ima || val1(o, 1, B_CHA, 1) || val2(o, 1, B_CHA, 1, B_IMA, 7) || champs_globaux();
   // 12. The visit.
   if (aleat) permutation(nb);
@@ -165,6 +176,7 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
     float* p = som + static_cast<long>(i) * d;
     float* v = vit + 3 * i;
     float F[3] = {0, 0, 0};
+    if (a_obs) obstacle_force(p, v, F);
     if (a_cha) champs(o, i + 1, p, F);
     if (f_uni)
       for (int x = 0; x < 3; ++x) F[x] += f_uni[x];
@@ -194,7 +206,14 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
           ressort(p, som + static_cast<long>(etat.voisin[static_cast<std::size_t>(j)]) * d, v, kc[0], kc[1],
                   etat.repos_long[static_cast<std::size_t>(j)], F);
       }
+      if (l_pvol) ressorts_vol(o, etat.rec_pvol[static_cast<std::size_t>(i)], p, repos + 3 * i, v, F);
       if (ini) ressort(p, repos + 3 * i, v, ini[0], ini[1], 0, F);
+      if (l_pts) {
+        // [k, c, then points], each at rest length 0.
+        const mot* r = etat.rec_pts[static_cast<std::size_t>(i)];
+        const int lg = rec_long(r);
+        for (int j = 2; j + 3 <= lg; j += 3) ressort(p, rec_val(r) + j, v, rec_val(r)[0], rec_val(r)[1], 0, F);
+      }
       if (l_ini) {
         const mot* r = etat.rec_ini[static_cast<std::size_t>(i)];
         if (r && rec_long(r) >= 2) ressort(p, repos + 3 * i, v, rec_val(r)[0], rec_val(r)[1], 0, F);
@@ -218,6 +237,12 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
     }
     // 12. Velocity, its limit, and the move.
     for (int x = 0; x < 3; ++x) v[x] += a[x];
+    if (cvit) {
+      // (coe, vit): the velocity's scale, and a second one for a marked vertex.
+      float e = cvit[0];
+      if (ncvit > 1 && choc && choc[3 * i] != 0) e *= cvit[1];
+      for (int x = 0; x < 3; ++x) v[x] *= e;
+    }
     float Lv = vit_lim;
     if (l_vlim) {
       const mot* r = etat.rec_vlim[static_cast<std::size_t>(i)];

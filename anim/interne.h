@@ -3,8 +3,9 @@
 //
 // A `Vol_inter` borrows `attr`, `som`, `fac` and the limit pointers from
 // its object; it owns `som_trav`, `som_orig` (the vertices as they were at
-// the start, for "quitter sans valider"), `som_poi` and its drawing record
-// `rt`. Records are chained from `liste_inter` to `fin_inter`; the chain
+// the start, for "quitter sans valider"), `som_poi`, `fac_poi` and its
+// drawing record `rt`. `som_poi` and `fac_poi` hold the addresses of the
+// object's vertices as they were at the start. Records are chained from `liste_inter` to `fin_inter`; the chain
 // and everything it owns go at the end of the interaction. `mat` is always
 // the placement of `pos`, `angle` about `axe` and the Euler angles, about
 // the centre of gravity `centre`.

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "anim/dyn.h"
 #include "anim/interne.h"
 #include "display/moteurs.h"
 #include "display/oeil.h"
@@ -27,8 +28,8 @@ constexpr int MAX_VOLS = 1000;
 // The volume's attribute of that name, read or written.
 constexpr int attributs_b[] = {14, 17, 22, 33, 38, 43, 51, 52, 53, 54, 63, 80, 84, 111, 112, 113, 129, 133, 148, 151};
 // Read and kept: their behaviour comes with the trajectories (b49), the
-// dynamics (b47, b107) and the anchors (b61, b62, b153).
-constexpr int gardes_b[] = {47, 49, 61, 62, 107, 153};
+// dynamics (b47) and the anchors (b61, b62, b153).
+constexpr int gardes_b[] = {47, 49, 61, 62, 153};
 constexpr int gardes_a[] = {14, 33, 68, 70, 81, 102};
 // Panels of the records' values.
 constexpr int panneaux_b[] = {8, 115, 121, 149};
@@ -121,19 +122,6 @@ float* champ(Vol_inter* r, int env, int ord, int* n) {
   return nullptr;
 }
 
-float clip(float x, const reel* l) { return l ? std::fmin(std::fmax(x, l[0] * DEG), l[1] * DEG) : x; }
-
-// a41: every limit of the record applied to its live values.
-void limite(Vol_inter* r) {
-  if (r->lim_dep)
-    for (int k = 0; k < 3; ++k) r->pos[k] = std::fmin(std::fmax(r->pos[k], r->lim_dep[k]), r->lim_dep[3 + k]);
-  r->angle = clip(r->angle, r->lim_rota);
-  r->rotx = clip(r->rotx, r->lim_rotx);
-  r->roty = clip(r->roty, r->lim_roty);
-  r->rotz = clip(r->rotz, r->lim_rotz);
-  vol_inter_matrice(r);
-}
-
 void panneau(Vol_inter* r) {
   std::printf("%d: som %d fac %d dep %g %g %g rota %g axe %g %g %g rotx %g roty %g rotz %g etat %d\n", r->num,
               r->nb_som, r->nb_fac, static_cast<double>(r->pos[0]), static_cast<double>(r->pos[1]),
@@ -212,10 +200,23 @@ int inter_option_vol(mot* bloc, const mot* e, const mot* limite_pile) {
     return rien(bloc);
   }
   if (env == 0 && ord == A_LIM) {
+    // Every window, with no forces, on the listed records and their
+    // followers, or on all: the number of values it changed.
+    bool avec = false;
+    for (const mot* c = bloc + 4, *fin = bloc + bloc[0]; c < fin && c[0] >= 3; c += c[0]) avec = avec || (c[1] == 1 && c[2] == B_VOL);
+    int n = avec ? vols_de(bloc, l) : 0, k = 0;
+    for (int i = 0; i < n; ++i) k += dyn::limite_inter(l[i]);
+    if (!avec) k = dyn::limite_inter(nullptr);
+    const float f = static_cast<float>(k);
+    return rend(bloc, limite_pile, &f, 1);
+  }
+  if (env == 1 && ord == dyn::B_ORIGINE) {
     int n = vols_de(bloc, l);
-    for (int i = 0; i < n; ++i) limite(l[i]);
+    if (n < 1) return refuse(e);
+    if (dyn::origine(l[0]) < 0) return -1;
     return rien(bloc);
   }
+  if (env == 1 && ord == B_TIRE && dyn::tire_forme(bloc)) return dyn::tire(bloc) < 0 ? -1 : rien(bloc);
   if (env == 1 && ord == B_BRO) {
     // Live fog: a colour turns it on, nothing else turns it off.
     if (nv < 0) return refuse(e);

@@ -2,7 +2,9 @@
 // running interaction (cadence 0) over n volumes of about 1000 vertices,
 // against the bare drawing of the same records as the OpenGL benchmark
 // draws them (clear, lights, projection, aff_rt, swap), in one process on
-// one window. Prints "n fps_dessin fps_image" for each count given.
+// one window. The volumes move at every frame: a hook turns every record
+// about two axes, so that the frame places each record by its own matrix.
+// Prints "n fps_dessin fps_image" for each count given.
 #define GL_GLEXT_PROTOTYPES 1
 #include <GL/freeglut.h>
 
@@ -18,6 +20,8 @@
 #include "display/oeil.h"
 #include "geom/geom.h"
 #include "gl_maillage.h"
+#include "interp/interp.h"
+#include "lang/lang.h"
 #include "startup/startup.h"
 
 int main(int argc, char** argv) {
@@ -26,7 +30,11 @@ int main(int argc, char** argv) {
   // The frame reads keyword values (the background colour): the real
   // vocabulary, with illumination on as in the OpenGL benchmark.
   if (kom_charge("env/koma.h", 0) < 0 || kom_charge("env/komb.h", 1) < 0) return 1;
+  if (mes_charge("env/mesa.h", 0) < 0 || mes_charge("env/mesb.h", 1) < 0) return 1;
   if (nb_etats[1] > 23) etats[1][23] = 1;
+  // The hook's phrase `interaction` needs its handler.
+  interaction_enregistre();
+  interp_init();
   glutInit(&argc, argv);
   glutInitDisplayMode(GLUT_DOUBLE | GLUT_DEPTH | GLUT_RGBA);
   glutInitWindowSize(640, 480);
@@ -48,6 +56,13 @@ int main(int argc, char** argv) {
     f.insert(f.end(), {8, BLOC_ENTIER, 1, 4});
     for (int j = 0; j < 4; ++j) f.push_back(m.quads[4 * q + j] + 1);
   }
+  // Every record turns a little more at each frame (fonc_1).
+  static const char texte[] =
+      "bouge()\n{\n  externe angle_banc\n  si (angle_banc == NIL) angle_banc = 0\n  angle_banc += 1.5\n"
+      "  interaction roty(angle_banc) rotx(angle_banc * 0.5)\n}\n";
+  fonctions_analyse(texte, sizeof texte - 1);
+  Objet* bouge = fonction_trouve("bouge");
+  if (!bouge) return 1;
   for (int a = 1; a < argc; ++a) {
     const int n = std::atoi(argv[a]);
     // n small meshes side by side, 32 to a row.
@@ -67,6 +82,8 @@ int main(int argc, char** argv) {
     }
     ArgsInter args;
     args.cadence = 0;
+    // IMMOBILE=1: the same frame without the hook, for comparison.
+    if (!std::getenv("IMMOBILE")) args.fonc[1] = bouge;
     if (interaction_debut(args) < 0) return 1;
     double dessin = 0, image = 0;
     for (int r = 0; r < repete; ++r) {
@@ -83,6 +100,12 @@ int main(int argc, char** argv) {
                          interaction_image();
                          glFinish();
                        }));
+    }
+    // A hook that failed would have ended the scene: the figures would
+    // then be those of an empty frame.
+    if (!interaction_en_cours()) {
+      std::fprintf(stderr, "bench_inter: the scene ended by itself\n");
+      return 1;
     }
     interaction_fin();
     std::printf("%d %d %.2f %.2f\n", n, ns, dessin, image);

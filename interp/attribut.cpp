@@ -92,6 +92,13 @@ mot* nouvel_attribut(const Chemin& c, long rangs, long w) {
   return a;
 }
 
+// Paths led by b113, b111, b89, b151, b122, b159, b153 or a41.
+bool chemin_dynamique(const mot* p) {
+  if (p[0] == 0) return p[1] == 41;
+  return p[0] == 1 && (p[1] == 113 || p[1] == 111 || p[1] == 89 || p[1] == 151 || p[1] == 122 || p[1] == 159 ||
+                       p[1] == 153);
+}
+
 // Writes v into the object's attribute of this path. The keyword's declared
 // row width shapes the value (cut, or filled with zeros); a keyword that
 // declares none keeps the value whole. With a selection only those rows are
@@ -119,6 +126,10 @@ int ecrire_attribut(Objet* o, const Chemin& c, const mot* v) {
     return 0;
   }
   long w = mot_dim(c.paires[2 * c.n - 2], c.paires[2 * c.n - 1]);
+  // A path of the dynamics holds more than its last keyword declares, as
+  // (for, axe): three floats then three vertex numbers. It keeps a longer
+  // value whole.
+  if (c.n > 1 && chemin_dynamique(c.paires) && n > w) w = n;
   if (w <= 0) w = n;
   if (w <= 0) w = 1;
   long sel = c.selection ? compte(c.selection) : 0;

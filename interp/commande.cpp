@@ -148,12 +148,22 @@ int non_implemente(mot* bloc, mot*, const mot*) {
 
 int interne(mot* bloc, mot*, const mot* limite) { return fonction_interne(bloc, limite); }
 
+// Keywords that begin an attribute path of the dynamics, in which a
+// transformation's keyword is a name, as in (vit, rota) or (ressort, rota):
+// for b113, b111, b89, b151, b33 and a41.
+bool tete_de_chemin(const mot* e) {
+  if (e[1] == 0) return e[2] == 41;
+  return e[1] == 1 && (e[2] == 113 || e[2] == 111 || e[2] == 89 || e[2] == 151 || e[2] == 33);
+}
+
 Gestionnaire gestionnaire_suite(mot* bloc) {
   Gestionnaire trouve = nullptr;
   mot* e = premier_element(bloc);
+  bool chemin = false;
   for (mot k = 1; k < bloc[2]; ++k) {
     e = element_suivant(e);
-    if (e[2] < 0 || e[2] >= NB_ORDINAUX || e[1] < 0 || e[1] > 1) continue;
+    chemin = chemin || tete_de_chemin(e);
+    if (chemin || e[2] < 0 || e[2] >= NB_ORDINAUX || e[1] < 0 || e[1] > 1) continue;
     Gestionnaire g = e[1] == 0 ? table_a[e[2]] : table_b[e[2]];
     // The elements of a transformation (som as its pivot, fac and sommet as
     // its selection) have handlers of their own: the operation goes first.

@@ -74,6 +74,9 @@ int fonction_texte(int ord, mot* bloc, const mot* limite, const Argument& a) {
       return texte_fonction(bloc, limite, a);
     case F_CHA:
       if (a.type == BLOC_CHAINE) return resultat_chaine(bloc, limite, a.s, a.n);
+      // A number is no text: said here, where it is known.
+      mot_imprime(0, F_CHA);
+      message(0, MES_VALEUR);
       return -1;
     case F_TAILLE:
       return resultat_scalaire(bloc, limite, static_cast<float>(a.type == BLOC_NIL ? 0 : a.n));

@@ -1,6 +1,7 @@
 // Keyword files: one record per keyword, its position the ordinal.
 //   |4: vol volume Volume        names: primary, aliases, long names
 //   0 1 0 0 1,0.5,[3]=2          e1 etat e3 e4, then the default values
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -98,6 +99,19 @@ int compare_signe(const char* a, const char* b) {
     if (!x) return 0;
   }
 }
+// The first eight bytes of a name as one unsigned number that orders as
+// the signed bytes do: each byte's sign bit flipped, the end of the name
+// and what follows it counted as the byte 0.
+std::uint64_t cle_tri(const char* s) {
+  std::uint64_t k = 0;
+  bool fin = false;
+  for (int n = 0; n < 8; ++n) {
+    unsigned char c = fin ? 0 : static_cast<unsigned char>(s[n]);
+    fin = fin || c == 0;
+    k = k << 8 | static_cast<unsigned char>(c ^ 0x80u);
+  }
+  return k;
+}
 }  // namespace
 
 int kom_analyse(std::string_view source, int env) {
@@ -187,10 +201,18 @@ int kom_analyse(std::string_view source, int env) {
       vocab.valeurs9_courant = m.courant;
     }
   }
-  // A plain exchange sort on signed bytes: a prefix comes first.
+  // A plain exchange sort on signed bytes: a prefix comes first. Names that
+  // appear twice keep the order this sort gives them, so it stays; its
+  // comparisons go by the first eight bytes packed into one integer, the
+  // names being read in full only when those are equal.
+  std::vector<std::uint64_t> cle(static_cast<std::size_t>(nb));
+  for (int i = 0; i < nb; ++i) cle[i] = cle_tri(mots[i].noms);
   for (int i = 0; i < nb; ++i)
-    for (int j = i + 1; j < nb; ++j)
-      if (compare_signe(mots[t.index[i]].noms, mots[t.index[j]].noms) > 0) std::swap(t.index[i], t.index[j]);
+    for (int j = i + 1; j < nb; ++j) {
+      int a = t.index[i], b = t.index[j];
+      if (cle[a] > cle[b] || (cle[a] == cle[b] && compare_signe(mots[a].noms, mots[b].noms) > 0))
+        std::swap(t.index[i], t.index[j]);
+    }
   if (env >= vocab.nb_env) vocab.nb_env = env + 1;
   etats[env] = t.etats;
   nb_etats[env] = nb;

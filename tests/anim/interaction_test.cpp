@@ -200,10 +200,19 @@ TEST(Interaction, MauvaisesEntrees) {
   tape(s.p, "interaction seq(1, 2, 3, 4)");
   EXPECT_TRUE(attend(s.p, "interaction souris"));
   EXPECT_EQ(s.mode(), 0);
-  // A hook failing at every frame ends the loop at its first frame.
+  // A hook failing at every frame ends the loop at its first frame; the
+  // prompt comes back with the objects as they were.
+  const std::vector<float> avant = valeurs(s.p, "vol(1) som");
+  ASSERT_EQ(avant.size(), 24u);
   tape(s.p, "interaction fonc(\"echoue\") fin(\"fini\")");
   ASSERT_TRUE(s.attend_mode(0));
   EXPECT_EQ(s.compteur("finis"), 1);
+  EXPECT_EQ(valeurs(s.p, "vol(1) som"), avant);
+  // A background image that does not exist: its message, nothing starts.
+  tape(s.p, "interaction ima(8642) cadence(0)");
+  EXPECT_TRUE(attend(s.p, "8642: Introuvable"));
+  EXPECT_EQ(s.mode(), 0);
+  EXPECT_EQ(valeurs(s.p, "vol(1) som"), avant);
   // An unknown volume in the list is skipped.
   tape(s.p, "interaction vol(1, 4711) fonc(\"compte\") tem(5) cadence(0)");
   ASSERT_TRUE(s.attend_mode(0));

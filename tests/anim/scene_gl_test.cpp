@@ -387,3 +387,115 @@ TEST(SceneGl, SurimpressionDesPremieresImages) {
   }
   interaction_fin();
 }
+
+// The record's faces as vertex addresses; a volume whose faces name a
+// vertex it does not have: its builder names itself, nothing starts, the
+// records already made are freed and the objects stay as they were.
+TEST(SceneGl, FacesEnAdressesEtConstructeurQuiEchoue) {
+  monde_scene(2);
+  ArgsInter a;
+  a.cadence = 0;
+  ASSERT_EQ(interaction_debut(a), 0);
+  const Vol_inter* v = vol_inter_de(2);
+  ASSERT_NE(v, nullptr);
+  ASSERT_NE(v->fac_poi, nullptr);
+  ASSERT_EQ(v->fac_poi[0], v->fac[0]);
+  // Every vertex number k of the faces became the address of vertex k.
+  long vus = 0;
+  const mot* f = v->fac + 4;
+  const mot* p = v->fac_poi + 4;
+  for (int i = 0; i < v->nb_fac; ++i, f += f[0], p += p[0]) {
+    ASSERT_EQ(f[0], p[0]);
+    for (int j = 4; j < f[0]; ++j, ++vus)
+      EXPECT_EQ(mot_vers_ptr(p[j]), v->som + static_cast<long>(f[j] - 1) * v->stride) << i << " " << j;
+  }
+  EXPECT_EQ(vus, 24);
+  interaction_fin();
+
+  // Volume 3: its second face names vertex 4097 of 8.
+  int n = 0, d = 3;
+  const reel* s1 = vol_som(objet_trouve(B_VOL, 0, 1, nullptr), &n, &d);
+  std::vector<float> s(s1, s1 + 3L * n);
+  Objet* o = volume_de(s, {{1, 2, 3, 4}, {5, 6, 7, 8}}, 3);
+  ASSERT_NE(o, nullptr);
+  // Written past the check that a face list gets when it is given.
+  mot* fb = vol_fac(o);
+  ASSERT_NE(fb, nullptr);
+  mot* f2 = fb + 4 + fb[4];
+  ASSERT_EQ(f2[6], 7);
+  f2[6] = 4097;
+  const std::vector<float> avant1 = som(1), avant3 = som(3);
+  // Twice: the second attempt leaves as many live blocks as the first
+  // (what the first made on the objects stays with them).
+  long vivants[2] = {0, 0};
+  for (long& viv : vivants) {
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(interaction_debut(a), -1);
+    const std::string sortie = testing::internal::GetCapturedStdout();
+    EXPECT_NE(sortie.find("\ninteraction_creer_1(3)\n"), std::string::npos) << sortie;
+    EXPECT_FALSE(interaction_en_cours());
+    EXPECT_EQ(fen.mode_interactif, 0);
+    viv = memoire.compteur;
+  }
+  EXPECT_EQ(vivants[0], vivants[1]);
+  EXPECT_EQ(som(1), avant1);
+  EXPECT_EQ(som(3), avant3);
+  // Without it the others start again.
+  objet_supprime(o);
+  ASSERT_EQ(interaction_debut(a), 0);
+  EXPECT_EQ(interaction_image(), 0);
+  interaction_fin();
+}
+
+// A grid drawn as a cubic surface with the surfaces' state on: its net of
+// 5 x 4 vertices, sampled three times finer, the tolerance from the
+// window's width; a net whose size does not match its vertices is refused.
+TEST(SceneGl, SurfaceNurbsDUneGrille) {
+  monde_scene(0);
+  ASSERT_EQ(image_ecran_taille(200, 200), 0);
+  std::vector<float> s;
+  std::vector<std::vector<int>> f;
+  for (int j = 0; j <= 3; ++j)
+    for (int i = 0; i <= 4; ++i)
+      s.insert(s.end(), {-80.f + 40.f * static_cast<float>(i), -60.f + 40.f * static_cast<float>(j), (i == 2 && j == 1) ? -40.f : 0.f});
+  for (int j = 0; j < 3; ++j)
+    for (int i = 0; i < 4; ++i) f.push_back({j * 5 + i + 1, j * 5 + i + 2, (j + 1) * 5 + i + 2, (j + 1) * 5 + i + 1});
+  Objet* o = volume_de(s, f, 1);
+  ASSERT_NE(o, nullptr);
+  o->f1 = 4, o->f2 = 3;
+  lumiere(1, {{86, {0, 0, -1000}}});
+  const float sub = 2, tol = 4;
+  attribut_ecrit_1(o, 1, 45, &sub, 1, 1);
+  attribut_ecrit_2(o, 1, 45, 1, 85, &tol, 1, 1);
+  const mot etat_avant = etats[1][45];
+  etats[1][45] = 1;
+  ArgsInter a;
+  a.cadence = 0;
+  const std::string nom = ::testing::TempDir() + "nurbs_.png";
+  a.nom_images = nom.c_str();
+  ASSERT_EQ(interaction_debut(a), 0);
+  const Vol_inter* v = vol_inter_de(1);
+  ASSERT_NE(v, nullptr);
+  EXPECT_EQ(v->sub_nurbs, 2);
+  EXPECT_EQ(v->nu, 12);
+  EXPECT_EQ(v->nv, 9);
+  EXPECT_FLOAT_EQ(v->tol_nurbs, 50);
+  ASSERT_EQ(interaction_image(), 0);
+  // The surface covers the middle of the window, not its corners.
+  int vus = 0;
+  for (int y = 0; y < 200; ++y)
+    for (int x = 0; x < 200; ++x) {
+      auto p = pixel(x, y);
+      vus += p[0] + p[1] + p[2] > 30;
+    }
+  EXPECT_GT(vus, 2000);
+  EXPECT_LT(vus, 200 * 200 - 2000);
+  interaction_fin();
+  // The same surface with a net of 4 x 4 announced over 20 vertices.
+  o->f2 = 4;
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(interaction_debut(a), -1);
+  EXPECT_NE(testing::internal::GetCapturedStdout().find("objet_incoherent\ninteraction_creer_1(1)\n"), std::string::npos);
+  EXPECT_FALSE(interaction_en_cours());
+  etats[1][45] = etat_avant;
+}

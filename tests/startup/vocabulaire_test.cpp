@@ -1,7 +1,10 @@
 // The readers of keyword and message files, and the table built from them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "core/catalogue.h"
 #include "core/message.h"
@@ -87,6 +90,45 @@ TEST(Kom, IndexSortedWithPrefixFirst) {
   std::vector<std::string> noms;
   for (int i = 0; i < vocab.tables[0].nb; ++i) noms.push_back(mot_nom(0, vocab.tables[0].index[i]));
   EXPECT_EQ(noms, (std::vector<std::string>{"?4", "a", "lum", "vo", "vol", "zz"}));
+}
+
+TEST(Kom, IndexIsTheExchangeSortsOrderOnRandomNames) {
+  // Twice the same name keeps the order the exchange sort leaves, which is
+  // not always the file's: names long and short, shared prefixes of more
+  // than eight bytes, bytes above 127 (negative when signed).
+  std::srand(7);
+  const char alphabet[] = {'a', 'b', '_', '\xe9', '\x81', 'z', '0'};
+  for (int essai = 0; essai < 20; ++essai) {
+    std::vector<std::string> noms;
+    std::string texte;
+    int nb = 1 + std::rand() % 200;
+    for (int i = 0; i < nb; ++i) {
+      std::string n;
+      if (i > 0 && std::rand() % 4 == 0) n = noms[std::rand() % i];
+      else {
+        if (std::rand() % 3 == 0) n = "commun_prefixe";
+        for (int k = 1 + std::rand() % 12; k > 0; --k) n += alphabet[std::rand() % 7];
+      }
+      noms.push_back(n);
+      texte += "|" + std::to_string(i) + ": " + n + "\n0 0 0 0 .\n";
+    }
+    vocab = Vocabulaire{};
+    ASSERT_EQ(kom_analyse(texte, 0), 0);
+    std::vector<int> ordre(nb);
+    for (int i = 0; i < nb; ++i) ordre[i] = i;
+    // The end of a name counts as the byte 0: it sorts after bytes above 127.
+    auto plus_grand = [&](int a, int b) {
+      const char *x = noms[a].c_str(), *y = noms[b].c_str();
+      for (;; ++x, ++y) {
+        if (*x != *y) return static_cast<signed char>(*x) > static_cast<signed char>(*y);
+        if (!*x) return false;
+      }
+    };
+    for (int i = 0; i < nb; ++i)
+      for (int j = i + 1; j < nb; ++j)
+        if (plus_grand(ordre[i], ordre[j])) std::swap(ordre[i], ordre[j]);
+    for (int i = 0; i < nb; ++i) ASSERT_EQ(vocab.tables[0].index[i], ordre[i]) << essai << " " << i;
+  }
 }
 
 TEST(Kom, BadPairsReportAndPartialResets) {

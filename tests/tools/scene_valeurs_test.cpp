@@ -6,7 +6,9 @@
 // mouse and one-frame forms.
 #include "anim/anim.h"
 #include "outils.h"
+#include "anim/interne.h"
 #include "geom/geom.h"
+#include "image/image.h"
 
 namespace {
 void demarre(const std::string& ligne) {
@@ -177,4 +179,35 @@ TEST(SceneValeurs, TracesLissageSourisUneImage) {
   ASSERT_TRUE(interaction_en_cours());
   EXPECT_EQ(images(5), 1);
   EXPECT_FALSE(interaction_en_cours());
+}
+
+// The background by the phrase: `ima(n)` at the start or while the scene
+// runs, `ima(0)` for none; a missing image or a malformed value prints its
+// message and leaves both the scene and the background as they were.
+TEST(SceneValeurs, ImageDeFondParLaPhrase) {
+  demarre("interaction cadence(0)");
+  mot* b = ima_alloue(31, 17);
+  ASSERT_NE(b, nullptr);
+  ASSERT_EQ(ima_installe(5, b), 0);
+  EXPECT_EQ(sortie_de([] { execute_ligne("interaction ima(5)"); }), "");
+  EXPECT_EQ(inter.num_fond, 5);
+  EXPECT_NE(sortie_de([] { execute_ligne("interaction ima(3311)"); }).find("3311: "), std::string::npos);
+  EXPECT_FALSE(sortie_de([] { execute_ligne("interaction ima(5, 6)"); }).empty());
+  EXPECT_FALSE(sortie_de([] { execute_ligne("interaction ima(-2)"); }).empty());
+  EXPECT_EQ(inter.num_fond, 5);
+  EXPECT_TRUE(interaction_en_cours());
+  EXPECT_EQ(images(2), 2);
+  sortie_de([] { execute_ligne("interaction ima(0)"); });
+  EXPECT_EQ(inter.num_fond, 0);
+  sortie_de([] { interaction_fin(); });
+  // At the start: a missing image starts nothing.
+  demarre("interaction cadence(0) ima(5)");
+  EXPECT_TRUE(interaction_en_cours());
+  EXPECT_EQ(inter.num_fond, 5);
+  EXPECT_EQ(images(1), 1);
+  sortie_de([] { interaction_fin(); });
+  demarre("interaction cadence(0) ima(4444)");
+  EXPECT_FALSE(interaction_en_cours());
+  EXPECT_EQ(fen.mode_interactif, 0);
+  objet_supprime(ima_objet(5));
 }

@@ -1,0 +1,370 @@
+// The dynamics' terms that reach outside a vertex's own mesh (springs to
+// fixed points and to other volumes, the first collider pass, moving
+// obstacles), the velocity scale, the follower check, and what a running
+// interaction asks by phrase: the windows with no forces, the pull and the
+// re-rooting of the tree. Hand-computed values; bad values never crash.
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "../geom/outils.h"
+#include "anim/dyn.h"
+
+namespace {
+using namespace dyn;
+
+void ecrit(Objet* o, std::initializer_list<int> cle, std::vector<float> v) {
+  std::vector<mot> k(cle);
+  ASSERT_NE(attribut_ecrit(o, static_cast<int>(k.size() / 2), k.data(), v.data(), static_cast<int>(v.size()), 1), nullptr);
+}
+std::vector<float> lit(Objet* o, std::initializer_list<int> cle) {
+  std::vector<mot> k(cle);
+  int nb = 0;
+  const reel* r = val(o, static_cast<int>(k.size() / 2), k.data(), 1, &nb);
+  return r ? std::vector<float>(r, r + nb) : std::vector<float>{};
+}
+std::vector<float> sommets(Objet* o) {
+  int nb = 0, d = 3;
+  const reel* s = vol_som(o, &nb, &d);
+  return std::vector<float>(s, s + 3 * nb);
+}
+
+// A phrase of clauses (env, ordinal, numbers).
+struct Phrase {
+  std::vector<mot> m{4, BLOC_PHRASE, 0, 0};
+  Phrase& c(int env, int ord, std::vector<float> x) {
+    const int n = static_cast<int>(x.size());
+    m.insert(m.end(), {7 + n, env, ord, 4 + n, BLOC_REEL, 1, n});
+    for (float f : x) {
+      mot w;
+      std::memcpy(&w, &f, 4);
+      m.push_back(w);
+    }
+    m[0] = static_cast<mot>(m.size()), ++m[2];
+    return *this;
+  }
+};
+
+struct DynSuite : testing::Test {
+  std::vector<Vol_inter*> recs;
+  void SetUp() override {
+    tas::init();
+    monde();
+    inter.liste_inter = inter.fin_inter = nullptr;
+  }
+  void TearDown() override {
+    for (Vol_inter* v : recs) delete v;
+    inter.liste_inter = inter.fin_inter = nullptr;
+  }
+  Vol_inter* record(Objet* o) {
+    auto* v = new Vol_inter;
+    v->objet = o, v->num = o->numero, v->attr = o->donnees;
+    int nb = 0, d = 3;
+    vol_som(o, &nb, &d);
+    v->nb_som = nb;
+    if (!recs.empty()) recs.back()->suivant = v;
+    else inter.liste_inter = v;
+    recs.push_back(v);
+    return v;
+  }
+  static void lie(Vol_inter* parent, Vol_inter* enfant, int som_lead, int som_suiv) {
+    parent->suiv[parent->nb_suiv++] = enfant;
+    enfant->lead = parent, enfant->lead_num = parent->num;
+    enfant->som_lead = som_lead, enfant->som_suiv = som_suiv;
+  }
+};
+
+TEST_F(DynSuite, RessortsVersDesPointsEtDAutresVolumes) {
+  // Vertex at the origin, mass 2. A spring (k 2) to the fixed point
+  // (3, 4, 0), rest length 0: F = 2 x 5 x (0.6, 0.8, 0) = (6, 8, 0). A
+  // spring (k 0.5) to vertex 1 of volume 2, whose rest copy is at (0, 10, 0)
+  // and which stands at (0, 30, 0): rest length 10, F = 0.5 x 20 (0, 1, 0).
+  Objet* o = volume_de({0, 0, 0}, {}, 1);
+  Objet* b = volume_de({0, 30, 0}, {}, 2);
+  ecrit(b, {1, dyn::ORD_REPOS}, {0, 10, 0});
+  ecrit(o, {1, dyn::B_MAS}, {2});
+  ecrit(o, {1, dyn::B_PRE, 1, dyn::B_RESSORT, 1, dyn::B_PTS, 1, dyn::B_SOMK}, {6, 2, 0, 3, 4, 0});
+  // Groups naming volume 99 and vertex 7 of volume 2 are skipped.
+  ecrit(o, {1, dyn::B_PRE, 1, dyn::B_RESSORT, 1, dyn::B_VOLK, 1, dyn::B_SOMK},
+        {13, 0.5f, 0, 2, 1, 9, 0, 99, 1, 9, 0, 2, 7});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  auto a = lit(o, {1, dyn::B_ACC, 1, dyn::B_SOMK});
+  ASSERT_EQ(a.size(), 3u);
+  EXPECT_NEAR(a[0], 3, 1e-5f);
+  EXPECT_NEAR(a[1], 9, 1e-5f);
+  EXPECT_FLOAT_EQ(a[2], 0);
+  EXPECT_NEAR(sommets(o)[1], 9, 1e-5f);
+  // A damping c = -0.25 on both: F += 2 c v with v = (3, 9, 0); the points
+  // are now nearer. Second step checked against the formula.
+  ecrit(o, {1, dyn::B_PRE, 1, dyn::B_RESSORT, 1, dyn::B_PTS, 1, dyn::B_SOMK}, {6, 2, -0.25f, 3, 4, 0});
+  ecrit(o, {1, dyn::B_PRE, 1, dyn::B_RESSORT, 1, dyn::B_VOLK, 1, dyn::B_SOMK}, {5, 0.5f, -0.25f, 2, 1});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  const float p[3] = {3, 9, 0}, v[3] = {3, 9, 0};
+  float F[3] = {0, 0, 0};
+  {
+    const float e[3] = {3 - p[0], 4 - p[1], 0}, d = std::hypot(e[0], e[1]);
+    for (int x = 0; x < 3; ++x) F[x] += 2 * d * e[x] / d - 0.25f * v[x];
+    const float g = 30 - p[1], L = std::hypot(p[0], g);
+    const float u[3] = {-p[0] / L, g / L, 0};
+    for (int x = 0; x < 3; ++x) F[x] += 0.5f * (L - 10) * u[x] - 0.25f * v[x];
+  }
+  a = lit(o, {1, dyn::B_ACC, 1, dyn::B_SOMK});
+  for (int x = 0; x < 3; ++x) EXPECT_NEAR(a[x], F[x] / 2, 1e-4f);
+}
+
+TEST_F(DynSuite, SuiveurSansSommetsDuLeaderEtEchelleDeVitesse) {
+  Objet* o = volume_de({0, 0, 0, 5, 0, 0}, {}, 1);
+  ecrit(o, {1, dyn::B_MAS}, {1});
+  ecrit(o, {1, dyn::B_FOR}, {2, 0, 0});
+  // (som, suiv) without the leader-side vertices (b60, b86): nothing moves.
+  ecrit(o, {1, dyn::B_SOMK, 1, dyn::B_SUIVK}, {1});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  EXPECT_FLOAT_EQ(sommets(o)[0], 0);
+  ecrit(o, {1, dyn::B_RIGIDE, 1, dyn::B_PTS}, {0, 0, 0});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  EXPECT_FLOAT_EQ(sommets(o)[0], 2);
+  // (coe, vit) = 0.5: v = (v + a) x 0.5. From v = 2: v = (2 + 2) / 2 = 2.
+  ecrit(o, {1, dyn::B_COE, 1, dyn::B_VIT}, {0.5f, 0.1f});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  EXPECT_FLOAT_EQ(lit(o, {1, dyn::B_VIT, 1, dyn::B_SOMK})[0], 2);
+  EXPECT_FLOAT_EQ(sommets(o)[0], 4);
+  // A marked vertex takes the second factor as well: (2 + 2) x 0.5 x 0.1.
+  ecrit(o, {1, dyn::B_CHOC, 1, dyn::B_SOMK}, {0, 1, 0.5f, 0, 0, 0});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  auto v = lit(o, {1, dyn::B_VIT, 1, dyn::B_SOMK});
+  EXPECT_FLOAT_EQ(v[0], 0.2f);
+  EXPECT_FLOAT_EQ(v[3], 2);
+}
+
+TEST_F(DynSuite, PremierePasseDesCollisionneursSansForce) {
+  // The collider of the collision test: a quad in y = 0, normal +y. Vertex
+  // 1 has no mass: only the first pass moves it, to the weighted contact
+  // point plus r along the normal. Vertex 2 is far from everything.
+  Objet* c = volume_de({0, 0, 0.6f, 0, 0, 40, 0.5f, 0, 40, 0.5f, 0, 0.2f}, {{1, 2, 3, 4}}, 2);
+  ASSERT_NE(gen_normale_som(c, nullptr, 0), nullptr);
+  Objet* o = volume_de({0.2f, -0.3f, 0.1f, 100, 100, 100}, {}, 1);
+  ecrit(o, {1, dyn::B_MAS, 1, dyn::B_SOMK}, {1, 2, 1});
+  ecrit(o, {1, dyn::B_COL}, {2, 4, 0, 1.5f});
+  const float d1 = std::hypot(0.2f, 0.3f, 0.5f), d4 = std::hypot(0.3f, 0.3f, 0.1f);
+  const float w1 = 1 / d1, w4 = 1 / d4, W = w1 + w4;
+  // Not selected: it stays.
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  EXPECT_FLOAT_EQ(sommets(o)[1], -0.3f);
+  for (auto cle : {dyn::B_SOMK, dyn::B_BORNES}) {
+    vol_som_ecrit(o, std::vector<float>{0.2f, -0.3f, 0.1f, 100, 100, 100}.data(), 2, 3);
+    if (cle == dyn::B_SOMK) ecrit(o, {1, dyn::B_COL, 1, dyn::B_SOMK}, {1, 9, std::nanf(""), -3});
+    else ecrit(o, {1, dyn::B_COL, 1, dyn::B_BORNES}, {-5, 1, 7, 1e9f});
+    ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+    auto s = sommets(o);
+    EXPECT_NEAR(s[0], (w4 * 0.5f) / W, 1e-5f);
+    EXPECT_NEAR(s[1], 1.5f, 1e-5f);
+    EXPECT_NEAR(s[2], (w4 * 0.2f) / W, 1e-5f);
+    EXPECT_FLOAT_EQ(s[3], 100);
+    ecrit(o, {1, dyn::B_COL, 1, cle}, {0});
+  }
+}
+
+TEST_F(DynSuite, ObstacleMobilePousseEtDonneSaVitesse) {
+  // A triangle of centre (1, 1, 0), normal along z, radius sqrt(5), moving
+  // at (0, 2, 0). With b1 = 4, b2 = 1, a vertex still at (1.2, 1.1, 0.5):
+  // reach t = sqrt(5); e n = (0, 0, 0.5) whatever the normal's sign;
+  // F = 0.5 x 4 x (t - sqrt(0.3)) / t along z. The velocity takes the
+  // face's, y going to z as well.
+  Objet* b = volume_de({0, 0, 0, 3, 0, 0, 0, 3, 0}, {{1, 2, 3}}, 2);
+  ecrit(b, {1, dyn::B_VIT, 1, dyn::B_SOMK}, {0, 2, 0, 0, 2, 0, 0, 2, 0});
+  Objet* o = volume_de({1.2f, 1.1f, 0.5f, 50, 50, 50}, {}, 1);
+  ecrit(o, {1, dyn::B_MAS}, {1});
+  ecrit(o, {1, dyn::B_CHA, 1, dyn::B_VOLK}, {77, 1, 1, 2, 4, 1, std::nanf(""), 1, 1});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  const float t = std::sqrt(5.f), f = 0.5f * 4 * (t - std::sqrt(0.3f)) / t;
+  auto v = lit(o, {1, dyn::B_VIT, 1, dyn::B_SOMK});
+  EXPECT_NEAR(v[0], 0, 1e-6f);
+  EXPECT_NEAR(v[1], 2, 1e-5f);
+  EXPECT_NEAR(v[2], 2 + f, 1e-5f);
+  EXPECT_NEAR(lit(o, {1, dyn::B_ACC, 1, dyn::B_SOMK})[2], f, 1e-5f);
+  EXPECT_NEAR(sommets(o)[2], 0.5f + 2 + f, 1e-5f);
+  // The far vertex is outside the grown box: untouched.
+  EXPECT_FLOAT_EQ(v[3], 0);
+  EXPECT_FLOAT_EQ(v[5], 0);
+  // A fast vertex reaches further: |v| = 10, t2 = min(100, 4 x 5) = 20;
+  // at (1, 1, 2), e n = (0, 0, 2).
+  vol_som_ecrit(o, std::vector<float>{1, 1, 2, 50, 50, 50}.data(), 2, 3);
+  ecrit(o, {1, dyn::B_VIT, 1, dyn::B_SOMK}, {0, 0, -10, 0, 0, 0});
+  ecrit(b, {1, dyn::B_VIT, 1, dyn::B_SOMK}, {0, 0, 0, 0, 0, 0, 0, 0, 0});
+  ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+  const float t2 = std::sqrt(20.f), g = 2 * 4 * (t2 - 2) / t2;
+  EXPECT_NEAR(lit(o, {1, dyn::B_ACC, 1, dyn::B_SOMK})[2], g, 1e-4f);
+}
+
+TEST_F(DynSuite, LimitesSansForceSurUnEnregistrementEtSesSuiveurs) {
+  Objet* o1 = volume_de({0, 0, 0}, {}, 1);
+  Objet* o2 = volume_de({0, 0, 0}, {}, 2);
+  Objet* o3 = volume_de({0, 0, 0}, {}, 3);
+  Vol_inter* a = record(o1);
+  Vol_inter* b = record(o2);
+  Vol_inter* c = record(o3);
+  lie(a, b, 1, 1);
+  const float fen[2] = {-0.1f, 0.1f}, boite[6] = {-1, -1, -1, 1, 1, 1};
+  a->lim_rota = fen, b->lim_rotx = fen, c->lim_dep = boite;
+  a->angle = 30, b->rotx = -40, c->pos[0] = 7, c->pos[2] = -9;
+  ecrit(o1, {1, dyn::B_VIT, 1, dyn::B_ROTAK}, {4, 0, 0});
+  // a and its follower b: the bounce on a (w x -0.5), the clamp on b; c
+  // is left alone.
+  EXPECT_EQ(limite_inter(a), 2);
+  EXPECT_NEAR(a->angle, 0.1f * 57.295776f, 1e-4f);
+  EXPECT_FLOAT_EQ(lit(o1, {1, dyn::B_VIT, 1, dyn::B_ROTAK})[0], -2);
+  EXPECT_NEAR(b->rotx, -0.1f * 57.295776f, 1e-4f);
+  EXPECT_FLOAT_EQ(c->pos[0], 7);
+  // All: only c's box remains, two values.
+  EXPECT_EQ(limite_inter(nullptr), 2);
+  EXPECT_FLOAT_EQ(c->pos[0], 1);
+  EXPECT_FLOAT_EQ(c->pos[2], -1);
+  EXPECT_FLOAT_EQ(c->mat[12], 1);
+  EXPECT_EQ(limite_inter(nullptr), 0);
+  // A cycle ends.
+  lie(b, a, 1, 1);
+  limite_inter(a);
+  SUCCEED();
+}
+
+TEST_F(DynSuite, OrigineReenracineLArbre) {
+  // 1 leads 2 leads 3; angles 10, 20, 30 about z; re-rooted at 3.
+  Objet* o1 = volume_de({0, 0, 0, 2, 0, 0}, {}, 1);
+  Objet* o2 = volume_de({2, 0, 0, 4, 0, 0}, {}, 2);
+  Objet* o3 = volume_de({4, 0, 0, 9, 0, 0}, {}, 3);
+  Vol_inter* r1 = record(o1);
+  Vol_inter* r2 = record(o2);
+  Vol_inter* r3 = record(o3);
+  lie(r1, r2, 2, 1);
+  lie(r2, r3, 2, 1);
+  const float c[3][3] = {{1, 0, 0}, {3, 0, 0}, {6.5f, 0, 0}};
+  Vol_inter* r[3] = {r1, r2, r3};
+  for (int i = 0; i < 3; ++i) {
+    for (int x = 0; x < 3; ++x) r[i]->centre[x] = c[i][x], r[i]->axe[x] = x == 2 ? 1.f : 0.f;
+    r[i]->angle = 10.f * static_cast<float>(i + 1);
+  }
+  r1->axe[2] = -1;  // the former root's axis goes to the new root
+  r1->pos[0] = 5, r2->pos[1] = 7, r3->pos[2] = 3;
+  for (Vol_inter* v : r) vol_inter_matrice(v);
+  const float monde[3] = {r3->mat[12], r3->mat[13], r3->mat[14]};
+  ASSERT_EQ(origine(r3), 0);
+  EXPECT_EQ(r3->lead, nullptr);
+  EXPECT_EQ(r2->lead, r3);
+  EXPECT_EQ(r1->lead, r2);
+  EXPECT_EQ(r1->lead_num, 2);
+  ASSERT_EQ(r3->nb_suiv, 1);
+  EXPECT_EQ(r3->suiv[0], r2);
+  ASSERT_EQ(r2->nb_suiv, 1);
+  EXPECT_EQ(r2->suiv[0], r1);
+  EXPECT_EQ(r1->nb_suiv, 0);
+  EXPECT_FLOAT_EQ(r3->angle, 60);
+  EXPECT_FLOAT_EQ(r2->angle, -30);
+  EXPECT_FLOAT_EQ(r1->angle, -20);
+  EXPECT_FLOAT_EQ(r3->axe[2], -1);
+  // The anchors swap: 2 now hangs by its vertex 2 at vertex 1 of 3.
+  EXPECT_EQ(r2->som_suiv, 2);
+  EXPECT_EQ(r2->som_lead, 1);
+  EXPECT_EQ(r1->som_suiv, 2);
+  EXPECT_EQ(r1->som_lead, 1);
+  EXPECT_EQ(r3->som_lead, 0);
+  // Non-roots lose their place; levers from the new anchors.
+  EXPECT_FLOAT_EQ(r1->pos[0], 0);
+  EXPECT_FLOAT_EQ(r2->pos[1], 0);
+  EXPECT_FLOAT_EQ(r2->bras, 1);
+  EXPECT_FLOAT_EQ(r1->bras, 1);
+  for (int x = 0; x < 3; ++x) EXPECT_NEAR(r3->mat[12 + x], monde[x], 1e-4f);
+  // A root, or no record: nothing to do.
+  EXPECT_EQ(origine(r3), 0);
+  EXPECT_EQ(origine(nullptr), 0);
+  // A cycle through the leaders: a message, the tree left as it is.
+  r3->lead = r1;
+  sortie_de([&] { EXPECT_LT(origine(r2), 0); });
+  EXPECT_EQ(r2->lead, r3);
+}
+
+TEST_F(DynSuite, TireLesSommetsVersUneCible) {
+  // 2 leads 1; 1 hangs by its vertex 1 at the origin, centre (0, 3, 0).
+  // Vertex 2 at (0, 4, 0) is dragged to (3, 4, 0): direction +x, distance
+  // 3; u = (0, 1, 0); axis = u x dir = (0, 0, -1); (k, e) = (2, 1):
+  // s = (2 x 3)^1 = 6; the force at the tip (0, 0, -6), the axis along it.
+  Objet* o1 = volume_de({0, 0, 0, 0, 4, 0, 1, 4, 0}, {}, 1);
+  Objet* o2 = volume_de({0, 0, 0}, {}, 2);
+  Vol_inter* r1 = record(o1);
+  Vol_inter* r2 = record(o2);
+  lie(r2, r1, 1, 1);
+  r1->centre[1] = 3;
+  for (Vol_inter* v : {r1, r2}) vol_inter_matrice(v);
+  ecrit(o1, {1, dyn::B_FOR, 1, dyn::B_TIRE}, {0, 0, 0, 0});
+  ecrit(o2, {1, dyn::B_FOR, 1, dyn::B_TIRE}, {0, 0, 0, 0});
+  Phrase p;
+  p.c(1, dyn::B_TIRE, {}).c(1, dyn::B_VOLK, {1, 2}).c(1, dyn::B_SOMK, {2, 2}).c(1, dyn::B_COE, {2, 1, 5, -1}).c(1, dyn::B_PTS, {3, 4, 0});
+  ASSERT_EQ(tire(p.m.data()), 0);
+  auto f = lit(o1, {1, dyn::B_FOR, 1, dyn::B_TIRE});
+  EXPECT_NEAR(f[0], 0, 1e-6f);
+  EXPECT_NEAR(f[2], -6, 1e-5f);
+  EXPECT_NEAR(r1->axe[2], -1, 1e-6f);
+  EXPECT_NEAR(r1->axe[1], 0, 1e-6f);
+  // 2 stops the chain: its force is untouched.
+  EXPECT_FLOAT_EQ(lit(o2, {1, dyn::B_FOR, 1, dyn::B_TIRE})[2], 0);
+  // Exponent below 0: the strength alone. a59 = 0.5, a47 = -1; twice the
+  // range of vertex 2: the same mean point. The pull adds to the force.
+  Phrase q;
+  q.c(1, dyn::B_VOLK, {1}).c(1, dyn::B_VOLK, {2}).c(1, dyn::B_BORNES, {2, 2, 2, 2}).c(0, 59, {0.5f}).c(0, 47, {-1}).c(1, dyn::B_PTS, {3, 4, 0});
+  ASSERT_EQ(tire(q.m.data()), 0);
+  EXPECT_NEAR(lit(o1, {1, dyn::B_FOR, 1, dyn::B_TIRE})[2], -6.5f, 1e-5f);
+  // Bad: an unknown volume, no target, vertex numbers out of range.
+  Phrase m1, m2, m3;
+  m1.c(1, dyn::B_VOLK, {42}).c(1, dyn::B_PTS, {1, 1, 1});
+  m2.c(1, dyn::B_VOLK, {1}).c(1, dyn::B_SOMK, {1, 1});
+  m3.c(1, dyn::B_VOLK, {1, 2}).c(1, dyn::B_SOMK, {-4, 99, std::nanf(""), 1e9f}).c(1, dyn::B_PTS, {1e30f, -1e30f, std::nanf("")});
+  EXPECT_NE(sortie_de([&] { EXPECT_LT(tire(m1.m.data()), 0); }), "");
+  EXPECT_NE(sortie_de([&] { EXPECT_LT(tire(m2.m.data()), 0); }), "");
+  EXPECT_NE(sortie_de([&] { EXPECT_LT(tire(m3.m.data()), 0); }), "");
+  EXPECT_TRUE(tire_forme(p.m.data()));
+  Phrase seule;
+  seule.c(1, dyn::B_TIRE, {1, 2, 3}).c(1, dyn::B_VOLK, {1});
+  EXPECT_FALSE(tire_forme(seule.m.data()));
+}
+}  // namespace
+
+namespace {
+TEST_F(DynSuite, CorpsMalFormesSansPlantage) {
+  // Bodies with a mass of 0, below 0, NaN or tiny; NaN and huge forces; the
+  // frame goes on and every other body still moves by the formula.
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  std::vector<Vol_inter*> r;
+  const float masses[] = {0, -5, nan, 1e-30f, 3, 3};
+  for (int i = 0; i < 6; ++i) {
+    Objet* o = volume_de({0, 0, 0, 1, 0, 0, 0, 1, 0}, {{1, 2, 3}}, i + 1);
+    ecrit(o, {1, dyn::B_MAS}, {masses[i]});
+    if (i == 4) ecrit(o, {1, dyn::B_FOR}, {0, 0, -7});
+    else ecrit(o, {1, dyn::B_FOR}, {1e30f, nan, -7});
+    ecrit(o, {1, dyn::B_FOR, 1, dyn::B_ROTAK}, {nan, 1e30f, 0, nan});
+    r.push_back(record(o));
+  }
+  Objet* bon = volume_de({0, 0, 0}, {}, 9);
+  ecrit(bon, {1, dyn::B_MAS}, {4});
+  ecrit(bon, {1, dyn::B_FOR}, {2, -6, 0.5f});
+  Vol_inter* b = record(bon);
+  const std::string sortie = sortie_de([&] {
+    for (int k = 0; k < 3; ++k) pas_corps(nullptr, 1, 1);
+  });
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_FLOAT_EQ(r[static_cast<std::size_t>(i)]->pos[2], 0) << i;
+    EXPECT_FLOAT_EQ(r[static_cast<std::size_t>(i)]->angle, 0) << i;
+  }
+  // The body of mass 3: pos z = (1 + 2 + 3) x -7 / 3, its force at the tip
+  // being no number left out; with a force that is no number it stays.
+  EXPECT_NEAR(r[4]->pos[2], -14, 1e-4f);
+  EXPECT_FLOAT_EQ(r[4]->angle, 0);
+  for (int x = 0; x < 3; ++x) EXPECT_FLOAT_EQ(r[5]->pos[x], 0);
+  EXPECT_NEAR(b->pos[0], 6 * 0.5f, 1e-5f);
+  EXPECT_NEAR(b->pos[1], 6 * -1.5f, 1e-5f);
+  // The anchors' force of the frame, when it is a value of its own, adds
+  // at the tip: kr = 1 / (4 x 4 x 1), t = 8: A = 0.5.
+  float frame[3] = {0, 8, 0};
+  b->force_frame = frame;
+  pas_corps(nullptr, 1, 1);
+  EXPECT_FLOAT_EQ(lit(bon, {1, dyn::B_ACC, 1, dyn::B_ROTAK})[0], 0.5f);
+}
+}  // namespace
