@@ -10,6 +10,7 @@
 
 #include "anim/dyn.h"
 #include "anim/interne.h"
+#include "anim/trajet.h"
 #include "display/moteurs.h"
 #include "display/oeil.h"
 #include "geom/geom.h"
@@ -39,8 +40,10 @@ void vue_calcule() {
 }
 
 void libere_tout() {
+  ancres_libere();
   for (Vol_inter* v = inter.liste_inter; v;) {
     Vol_inter* s = v->suivant;
+    trajets_libere(v);
     vol_inter_libere(v);
     v = s;
   }
@@ -81,11 +84,12 @@ int dessine_scene() {
     som_suit(v);
     if (!v->rt) continue;
     // A record that has not moved is drawn as it stands: no matrix.
-    const bool place = v->pos[0] != 0 || v->pos[1] != 0 || v->pos[2] != 0 || v->angle != 0 || v->rotx != 0 ||
-                       v->roty != 0 || v->rotz != 0;
+    const bool place = v->mat_arbre || v->pos[0] != 0 || v->pos[1] != 0 || v->pos[2] != 0 || v->angle != 0 ||
+                       v->rotx != 0 || v->roty != 0 || v->rotz != 0;
     int r = 0;
     if (place) {
-      vol_inter_matrice(v);
+      // A follower's matrix comes from its leader's (frame step 13).
+      if (!v->mat_arbre) vol_inter_matrice(v);
       glPushMatrix();
       glMultMatrixf(v->mat);
       r = aff_rt(v->rt);
@@ -151,10 +155,13 @@ void souris_sequence() {
 }
 
 // The steps that belong to trajectories, dynamics and anchors.
-void trajets_avance() {}
+void trajets_avance() { trajets_pas(); }
 void dynamique_pas() { dyn::pas_dynamique(); }
-void attaches_pas() {}
-void ancres_verifie() {}
+void attaches_pas() { arbre_evalue(); }
+void ancres_verifie() {
+  arbre_evalue();
+  for (Ancre* a = liste_anc; a; a = a->suivant) ancre_verifie(a);
+}
 void fond_image() { inter_fond_dessine(); }
 // Step 25: each trace shifts by one matrix, the record's latest in front.
 void traces_pas() {
@@ -451,6 +458,7 @@ void interaction_fin() {
 void interaction_enregistre() {
   commande_enregistre(1, B_INTER, interaction_commande);
   dynamique_enregistre();
+  cin_enregistre();
   Outil o;
   o.pas = interaction_image;
   o.sortie = outil_sortie;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "anim/interne.h"
+#include "anim/trajet.h"
 #include "display/moteurs.h"
 #include "interp/interp.h"
 #include "geom/geom.h"
@@ -217,6 +218,11 @@ int option(mot* bloc, const mot* e, const mot* limite) {
     case B_ANIM:
     case B_NURBS_:
       return option_liste(bloc, e, e[2] == B_ANIM ? 4 : LISTE_AUTRE);
+    case B_TRA_: return trajet_commande(bloc, e, limite);
+    case B_LEAD_: return lead_commande(bloc, e, limite);
+    case B_SUIV_: return suiv_commande(bloc, e, limite);
+    case B_ORIGINE: return origine_commande(bloc, e, limite);
+    case B_ANC_: return anc_commande(bloc, e, limite);
   }
   return inter_option_vol(bloc, e, limite);
 }

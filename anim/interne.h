@@ -74,6 +74,7 @@ struct Vol_inter {
   Vol_rt* rt = nullptr;
   Vol_inter* suivant = nullptr;
   reel* trace = nullptr;  // (1, 28): nb_traces matrices, the latest first
+  int mat_arbre = 0;      // `mat` was made by the tree, from the leader's
 };
 
 // A node of an attached program list: the target record and a private

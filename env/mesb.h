@@ -143,3 +143,4 @@
 |137:Numero de sommet hors du volume\7\n
 |138:Arbre de volumes en boucle: la suite de ce pas est sautee\7\n
 |139:dyn pas(n) vol(n): volume inconnu ou nombre de pas invalide\7\n
+|140:Chaine de leaders en boucle: lien refuse\7\n
