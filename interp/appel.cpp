@@ -104,8 +104,14 @@ int appeler_fonction(mot* appel, bool copier) {
   if (!code || code[1] != IT_CODE) return ECHEC;
   const mot nslots = code[2], nformels = code[3];
   Objet* slots = piles.loc_haut;
-  if (__builtin_expect(slots + nslots + 1 >= piles.loc_fin || pile_c_epuisee(), 0)) {
+  if (__builtin_expect(slots + nslots + 1 >= piles.loc_fin, 0)) {
     message(0, M_LOCALES);
+    return ECHEC;
+  }
+  // The machine's stack running out says the same wherever it is seen: which
+  // check sees it first depends on nothing the user wrote.
+  if (__builtin_expect(pile_c_epuisee(), 0)) {
+    message(0, M_EVALUATION);
     return ECHEC;
   }
   // Formals take the arguments (missing ones read as nil), other slots

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "interp/interne.h"
+#include "interp/rapide.h"
 
 namespace {
 // The limit, the step and the variable of a counting pour belong to one run
@@ -123,6 +124,77 @@ mot* pour_test(mot* h, Boucles& boucles, bool increment) {
   float v = *e;
   bool fin = (b->pas > 0 && v > b->limite) || (b->pas < 0 && v < b->limite);
   return h + (fin ? h[9] : h[8]);
+}
+
+// ---- a counting pour over one scalar statement ------------------------------
+// The statement of a pour's body that holds it alone, with line marks and
+// separators around it; null otherwise. `ligne` gets the body's last line
+// mark, 0 without one.
+mot* seule_instruction(mot* h, mot* ligne) {
+  mot* const f = h + h[9] - 2;  // the jump back onto the head
+  if (f[0] != IT_SAUT) return nullptr;
+  mot* s = nullptr;
+  *ligne = 0;
+  for (mot* p = h + h[8]; p < f;) {
+    if (p[0] == IT_LIGNE) {
+      *ligne = p[1];
+      p += 2;
+      continue;
+    }
+    if (p[0] != IT_OP) return nullptr;
+    mot op = p[1];
+    if (op == ';' || op == OP_NOP || op == OP_DEBUT || op == OP_FIN || op == '{' || op == '}') {
+      p += 2;
+      continue;
+    }
+    if (s || op != '(') return nullptr;
+    s = p;
+    p = groupe_suivant(p);
+    if (p > f) return nullptr;
+  }
+  return s;
+}
+
+// A counting pour whose body is one such statement turns here, without the
+// walk, with its step and test inline. The word of the interrupt and the
+// other flags is read at every turn, so Ctrl-C stops it as any loop. Any
+// turn that is not plain (a value that is not a scalar, a failure to
+// report, a loop variable replaced) goes back to the walk at the point
+// where it stands, which then does and says what it always does. The next
+// item to walk.
+template <bool ELEMENT, class F>
+mot* tours(mot* h, Boucle* b, const Rapide& r, float* valeur, bool* tourne, F attention) {
+  const float pas = b->pas, limite = b->limite;
+  const bool monte = pas > 0, descend = pas < 0;
+  for (;;) {
+    if (attention() || !rapide_tour<ELEMENT>(r, valeur)) return h + h[8];
+    *tourne = true;
+    ++interp.passes;
+    mot* x = b->variable ? b->variable->donnees : nullptr;
+    if (!x || x[0] <= 4 || x[1] != BLOC_REEL) return h + h[9] - 2;  // the walk's step says what is wrong
+    reel* e = reels(x + 4);
+    *e += pas;
+    const float v = *e;
+    if ((monte && v > limite) || (descend && v < limite)) return h + h[9];
+  }
+}
+
+template <class F>
+mot* boucle_rapide(mot* h, Boucle* b, mot* s, mot ligne, mot* resultat, F attention) {
+  Rapide r;
+  if (!rapide_prepare(r, s)) return h + h[8];
+  interp.instruction = s;
+  float valeur = 0;
+  bool tourne = false;
+  mot* suite = r.element ? tours<true>(h, b, r, &valeur, &tourne, attention)
+                         : tours<false>(h, b, r, &valeur, &tourne, attention);
+  if (tourne) {
+    // What the walk leaves behind the turns it did not make.
+    if (ligne) interp.ligne = ligne;
+    ecrit_scalaire(resultat, valeur);
+    piles.eva_haut = resultat + 5;
+  }
+  return suite;
 }
 
 float valeur_cas(mot w) {
@@ -287,6 +359,10 @@ int executer(mot* code, mot* resultat) {
               rapporte(ECHEC);
               return ECHEC;
             }
+            mot ligne;
+            if (suite == h + h[8] && !attention() && place(resultat, 5))
+              if (mot* s = seule_instruction(h, &ligne))
+                if (Boucle* b = boucles.cherche(h)) suite = boucle_rapide(h, b, s, *pas_lu != 2 ? ligne : 0, resultat, attention);
             p = suite;
             continue;
           }

@@ -133,3 +133,41 @@ TEST(Raccourcis, DeepRecursionThroughElementsStopsAlikeAndTheStateIsClean) {
   EXPECT_NE(rapide.find("42.000000"), std::string::npos) << rapide;
   std::system(("rm -rf " + dir).c_str());
 }
+
+TEST(Raccourcis, LoopsOverOneStatementTurnAloneAndHandBackAlike) {
+  // A counting pour whose body is one scalar or element assignment turns
+  // without the walk; any turn that is not plain goes back to it. Random
+  // bounds and steps, failures in the middle of the turns, the loop variable
+  // written by the body, and the same inside a function, with its lines.
+  std::mt19937 a(std::random_device{}());
+  char modele[] = "/tmp/orvbXXXXXX";
+  ASSERT_NE(mkdtemp(modele), nullptr);
+  std::string dir = modele;
+  std::ofstream(dir + "/somme.fon") << "somme(n)\n{\n  s = 0\n  t = vecteur(n)\n  pour (i = 0, n - 1)\n"
+                                       "    t[i] += i\n  pour (i = 0, n - 1) s = s + i\n  retour s, t[n - 1]\n}\n";
+  std::ofstream(dir + "/divise.fon") << "divise(n)\n{\n  r = 1\n  pour (i = -2, n)\n    r = r / i\n"
+                                        "  retour r\n}\n";
+  auto nombre = [&](int lo, int hi) { return std::to_string(lo + static_cast<int>(a() % (hi - lo + 1))); };
+  for (int essai = 0; essai < 2; ++essai) {
+    std::string t = "s = 0\nq = 100\n";
+    std::string d = nombre(-50, 50), f = nombre(-50, 5000), p = nombre(1, 9) + "." + nombre(0, 99);
+    if (a() % 2) p = "-" + p, std::swap(d, f);
+    t += "pour (i = " + d + ", " + f + ", " + p + ") s = s + i\n$ s, i\n";
+    t += "pour (i = -3, 3) q = q / i\n$ q, i\n";
+    t += "pour (i = 1, 1000) i = i * 2\n$ i\n";
+    t += "v = vecteur(3)\npour (i = 1, 3) v = v + i\n$ v\n";
+    t += "x = vecteur(10)\npour (i = 0, 12) x[i] = x[i] + i\n$ x, i\n";
+    t += "x[2] = 5\npour (i = 0, 9) x[i] += x[2]\n$ x\n";
+    t += "pour (k = 1, 5, 0.3) x[k] = k\n$ x, k\n";
+    t += "pour (k = 9, 0, -1) x[k] = x[9 - k] * k\n$ x\n";
+    t += "pour (i = 1, 4) s = i - s\n$ s\n";
+    t += "$ somme(" + nombre(1, 3000) + ")\n$ divise(" + nombre(0, 4) + ")\n";
+    t += "$ \"##FIN\"\n";
+    std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");
+    EXPECT_EQ(rapide, lente) << t;
+    EXPECT_EQ(compte(rapide, "Division par zero"), 2) << rapide;
+    EXPECT_NE(rapide.find("divise 4: "), std::string::npos) << "the failing line of the body\n" << rapide;
+    EXPECT_NE(rapide.find("> 1023.000000 \n"), std::string::npos) << "i = i * 2, then its step\n" << rapide;
+  }
+  std::system(("rm -rf " + dir).c_str());
+}
