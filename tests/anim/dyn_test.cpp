@@ -6,40 +6,15 @@
 #include <cmath>
 #include <limits>
 
-#include "../geom/outils.h"
+#include "outils.h"
 #include "anim/dyn.h"
 #include "image/image.h"
 
 namespace {
 using namespace dyn;
 
-void ecrit(Objet* o, std::initializer_list<int> cle, std::vector<float> v) {
-  std::vector<mot> k(cle);
-  ASSERT_NE(attribut_ecrit(o, static_cast<int>(k.size() / 2), k.data(), v.data(), static_cast<int>(v.size()), 1), nullptr);
-}
-std::vector<float> lit(Objet* o, std::initializer_list<int> cle) {
-  std::vector<mot> k(cle);
-  int nb = 0;
-  const reel* r = val(o, static_cast<int>(k.size() / 2), k.data(), 1, &nb);
-  return r ? std::vector<float>(r, r + nb) : std::vector<float>{};
-}
-std::vector<float> sommets(Objet* o) {
-  int nb = 0, d = 3;
-  const reel* s = vol_som(o, &nb, &d);
-  return std::vector<float>(s, s + 3 * nb);
-}
 
-struct Dyn : testing::Test {
-  std::vector<Vol_inter*> recs;
-  void SetUp() override {
-    tas::init();
-    monde();
-    inter.liste_inter = inter.fin_inter = nullptr;
-  }
-  void TearDown() override {
-    for (Vol_inter* v : recs) delete v;
-    inter.liste_inter = inter.fin_inter = nullptr;
-  }
+struct Dyn : Enregistrements {
   Vol_inter* record(Objet* o) {
     auto* v = new Vol_inter;
     v->objet = o, v->num = o->numero, v->attr = o->donnees;

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "../geom/outils.h"
+#include "outils.h"
 #include "anim/trajet.h"
 
 namespace {
@@ -31,20 +31,11 @@ mot* bloc_de(const std::vector<float>& v, int rangs, int cols) {
   return b;
 }
 
-struct Traj : testing::Test {
-  std::vector<Vol_inter*> recs;
-  void SetUp() override {
-    tas::init();
-    monde();
-    inter.liste_inter = inter.fin_inter = nullptr;
-  }
+struct Traj : Enregistrements {
   void TearDown() override {
     ancres_libere();
-    for (Vol_inter* v : recs) {
-      trajets_libere(v);
-      delete v;
-    }
-    inter.liste_inter = inter.fin_inter = nullptr;
+    for (Vol_inter* v : recs) trajets_libere(v);
+    Enregistrements::TearDown();
   }
   Vol_inter* rec(Objet* o) {
     auto* v = new Vol_inter;

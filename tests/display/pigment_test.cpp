@@ -17,31 +17,9 @@
 #include "display/rendu_interne.h"
 #include "geom/geom.h"
 #include "tests/image/outils.h"
+#include "tests/outils/blocs.h"
 
 namespace {
-// A float vector as a Bloc in the arena, so that a list can point at it.
-mot* vecteur(const std::vector<float>& x) {
-  mot* b = bloc_alloue(4 + static_cast<mot>(x.size()));
-  b[0] = 4 + static_cast<mot>(x.size()), b[1] = BLOC_REEL, b[2] = static_cast<mot>(x.size()), b[3] = 1;
-  for (std::size_t i = 0; i < x.size(); ++i) ecrit_reel(b + 4 + i, x[i]);
-  return b;
-}
-mot* chaine(const char* s) {
-  int n = static_cast<int>(std::strlen(s));
-  mot w = 4 + (n + 4) / 4;
-  mot* b = bloc_alloue(w);
-  std::memset(b, 0, sizeof(mot) * w);
-  b[0] = w, b[1] = BLOC_CHAINE, b[2] = n, b[3] = 1;
-  std::memcpy(b + 4, s, n);
-  return b;
-}
-mot* liste(const std::vector<mot*>& el) {
-  mot n = static_cast<mot>(el.size());
-  mot* b = bloc_alloue(4 + n);
-  b[0] = 4 + n, b[1] = BLOC_BLOCS, b[2] = n, b[3] = 1;
-  for (mot i = 0; i < n; ++i) b[4 + i] = ptr_vers_mot(el[i]);
-  return b;
-}
 
 TEST(Pigment, RecordsEtDefauts) {
   monde_ima();
@@ -114,7 +92,7 @@ TEST(Pigment, ListesEtEntreesFausses) {
   // A list: values outside 10..119 are passed on, a string names the
   // pigment before it, 10 holds a colour, 100 has no type.
   std::string s;
-  mot* l = liste({vecteur({9.99f, 1}), vecteur({119, 90}), chaine("nuages"), vecteur({120}), vecteur({10, .2f, .4f}),
+  mot* l = blocs({vecteur({9.99f, 1}), vecteur({119, 90}), chaine("nuages"), vecteur({120}), vecteur({10, .2f, .4f}),
                   chaine("x"), vecteur({-5}), vecteur({100, 0})});
   s = sortie_de([&] { EXPECT_EQ(pigments_lit(l, out, PIGMENTS_MAX), 3); });
   EXPECT_EQ(s, "No pigment type given \n");
@@ -138,14 +116,14 @@ TEST(Pigment, ListesEtEntreesFausses) {
     EXPECT_EQ(s, texte + "M1:14\n") << e;
   }
   // A list that stops at its bad element; a 101st pigment.
-  s = sortie_de([&] { EXPECT_EQ(pigments_lit(liste({vecteur({101, 1}), vecteur({102, 200})}), out, 100), -1); });
+  s = sortie_de([&] { EXPECT_EQ(pigments_lit(blocs({vecteur({101, 1}), vecteur({102, 200})}), out, 100), -1); });
   EXPECT_EQ(s, "200: M1:14\n");
   std::vector<mot*> cent;
   for (int i = 0; i < 101; ++i) cent.push_back(vecteur({static_cast<float>(101 + i % 19), -1}));
-  s = sortie_de([&] { EXPECT_EQ(pigments_lit(liste(cent), out, PIGMENTS_MAX), -1); });
+  s = sortie_de([&] { EXPECT_EQ(pigments_lit(blocs(cent), out, PIGMENTS_MAX), -1); });
   EXPECT_EQ(s, "101: M0:105\n");
   cent.pop_back();
-  EXPECT_EQ(pigments_lit(liste(cent), out, PIGMENTS_MAX), 100);
+  EXPECT_EQ(pigments_lit(blocs(cent), out, PIGMENTS_MAX), 100);
   // Values that are not finite or huge give a pigment that still colours.
   std::mt19937 g(104);
   std::uniform_real_distribution<float> u(-1e6f, 1e6f);

@@ -16,6 +16,7 @@
 #include "geom/geom.h"
 #include "image/image.h"
 #include "tests/geom/outils.h"
+#include "tests/outils/blocs.h"
 
 namespace {
 void monde_tex() {
@@ -44,28 +45,6 @@ void attache(Objet* o, std::vector<mot> paires, const mot* queue) {
   phrase_paires(a, n, paires.data());
   std::memcpy(a + h, queue, sizeof(mot) * queue[0]);
   ASSERT_GE(liste_ajoute(o, a), 0);
-}
-mot* vecteur(const std::vector<float>& x) {
-  mot* b = bloc_alloue(4 + static_cast<mot>(x.size()));
-  b[0] = 4 + static_cast<mot>(x.size()), b[1] = BLOC_REEL, b[2] = static_cast<mot>(x.size()), b[3] = 1;
-  for (std::size_t i = 0; i < x.size(); ++i) ecrit_reel(b + 4 + i, x[i]);
-  return b;
-}
-mot* chaine(const char* s) {
-  int n = static_cast<int>(std::strlen(s));
-  mot w = 4 + (n + 4) / 4;
-  mot* b = bloc_alloue(w);
-  std::memset(b, 0, sizeof(mot) * w);
-  b[0] = w, b[1] = BLOC_CHAINE, b[2] = n, b[3] = 1;
-  std::memcpy(b + 4, s, n);
-  return b;
-}
-mot* blocs(const std::vector<mot*>& el) {
-  mot n = static_cast<mot>(el.size());
-  mot* b = bloc_alloue(4 + n);
-  b[0] = 4 + n, b[1] = BLOC_BLOCS, b[2] = n, b[3] = 1;
-  for (mot i = 0; i < n; ++i) b[4 + i] = ptr_vers_mot(el[i]);
-  return b;
 }
 
 Objet* carre_double(int numero) {
