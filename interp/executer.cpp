@@ -103,6 +103,17 @@ int pour_entree(mot* h, mot* resultat, Boucles& boucles) {
   return 0;
 }
 
+// The step and test of a running counting pour on its variable: 1 past the
+// limit, 0 to go on, -1 when the variable holds no number.
+inline int pas_boucle(const Boucle* b, bool increment) {
+  mot* x = b->variable ? b->variable->donnees : nullptr;
+  if (!x || x[0] <= 4 || x[1] != BLOC_REEL) return -1;
+  reel* e = reels(x + 4);
+  if (increment) *e += b->pas;
+  const float v = *e;
+  return (b->pas > 0 && v > b->limite) || (b->pas < 0 && v < b->limite);
+}
+
 // The test of the counting pour: the next item, or null after failure.
 mot* pour_test(mot* h, Boucles& boucles, bool increment) {
   Boucle* b = boucles.cherche(h);
@@ -114,15 +125,11 @@ mot* pour_test(mot* h, Boucles& boucles, bool increment) {
     secours = {h, variable_de(h + h[2] + 2), lit_reel(h + 5), lit_reel(h + 7)};
     b = &secours;
   }
-  mot* x = b->variable ? b->variable->donnees : nullptr;
-  if (!x || x[0] <= 4 || x[1] != BLOC_REEL) {
+  int fin = pas_boucle(b, increment);
+  if (fin < 0) {
     mauvais_pour();
     return nullptr;
   }
-  reel* e = reels(x + 4);
-  if (increment) *e += b->pas;
-  float v = *e;
-  bool fin = (b->pas > 0 && v > b->limite) || (b->pas < 0 && v < b->limite);
   return h + (fin ? h[9] : h[8]);
 }
 
@@ -164,18 +171,13 @@ mot* seule_instruction(mot* h, mot* ligne) {
 // item to walk.
 template <bool ELEMENT, class F>
 mot* tours(mot* h, Boucle* b, const Rapide& r, float* valeur, bool* tourne, F attention) {
-  const float pas = b->pas, limite = b->limite;
-  const bool monte = pas > 0, descend = pas < 0;
   for (;;) {
     if (attention() || !rapide_tour<ELEMENT>(r, valeur)) return h + h[8];
     *tourne = true;
     ++interp.passes;
-    mot* x = b->variable ? b->variable->donnees : nullptr;
-    if (!x || x[0] <= 4 || x[1] != BLOC_REEL) return h + h[9] - 2;  // the walk's step says what is wrong
-    reel* e = reels(x + 4);
-    *e += pas;
-    const float v = *e;
-    if ((monte && v > limite) || (descend && v < limite)) return h + h[9];
+    const int fin = pas_boucle(b, true);
+    if (fin < 0) return h + h[9] - 2;  // the walk's step says what is wrong
+    if (fin) return h + h[9];
   }
 }
 
