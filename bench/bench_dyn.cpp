@@ -12,20 +12,7 @@
 #include "core/bloc.h"
 #include "core/objet.h"
 #include "geom/geom.h"
-
-namespace {
-template <class F>
-double mediane_ms(int fois, F f) {
-  std::vector<double> t;
-  for (int k = 0; k < fois; ++k) {
-    auto t0 = std::chrono::steady_clock::now();
-    f();
-    t.push_back(std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count());
-  }
-  std::sort(t.begin(), t.end());
-  return t[t.size() / 2];
-}
-}  // namespace
+#include "mesure.h"
 
 int main() {
   tas::init();
