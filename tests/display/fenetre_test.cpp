@@ -217,7 +217,7 @@ TEST(Fenetre, DixMilleTouchesEtFermeture) {
   EXPECT_TRUE(attend(s.p, "Fenetre fermee"));
   EXPECT_EQ(valeurs(s.p, "7 * 6"), std::vector<float>{42});
   tape(s.p, "fen(0)");
-  EXPECT_FALSE(xdo("search --sync --name '^orvane$'").empty());
+  EXPECT_FALSE(fenetre_orvane().empty());
   tape(s.p, "fond_ecran(1, 1, 0)");
   EXPECT_EQ(valeurs(s.p, "pixel_fenetre(5, 5)"), (std::vector<float>{255, 255, 0}));
   XCloseDisplay(d);

@@ -75,6 +75,15 @@ inline std::string xdo(const std::string& args) {
   return r;
 }
 
+// The identifiers of the windows named orvane. One search may come back
+// empty on a loaded machine, or when a window is destroyed while xdotool
+// walks the tree (it stops on the X error): search again for up to a minute.
+inline std::string fenetre_orvane() {
+  std::string f;
+  for (int k = 0; k < 6 && f.empty(); ++k) f = xdo("search --sync --name '^orvane$'");
+  return f;
+}
+
 inline void dort(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
 
 // The numbers that `$ expr` prints, read between two marks.
@@ -125,8 +134,7 @@ struct Session {
     std::vector<std::string> a{"ID", "ini=env/initb.h", "x=320", "y=240", "uti=tests/display/fixtures"};
     a.insert(a.end(), plus.begin(), plus.end());
     p = lance_orvane(a);
-    // A loaded machine may take longer than one search's bound to map it.
-    for (int k = 0; k < 6 && fenetre.empty(); ++k) fenetre = xdo("search --sync --name '^orvane$'");
+    fenetre = fenetre_orvane();
     if (auto n = fenetre.find('\n'); n != std::string::npos) fenetre.resize(n);
     if (!fenetre.empty()) xdo("windowfocus --sync " + fenetre);
   }

@@ -63,7 +63,7 @@ TEST(Terminal, LaFenetreBougePendantLaFrappe) {
   ASSERT_FALSE(x.ecran.empty());
   Terminal t;
   ASSERT_GT(t.pid, 0);
-  std::string id = xdo("search --sync --name '^orvane$'");
+  std::string id = fenetre_orvane();
   ASSERT_FALSE(id.empty());
   Window w = std::strtoul(id.c_str(), nullptr, 10);
   ASSERT_TRUE(t.attend("empilements", 20000));
