@@ -101,6 +101,16 @@ TEST_F(Traj, LoisAuDebutAuMilieuEtAlaFin) {
   Objet* t = loi(24, LOI_TABLE);
   table(t, {0, 0.25f, 1, 1});
   EXPECT_NEAR(cin_valeur(t, v, 1, 3, 1), v * 0.25, 1e-6);
+  // A table too short to hold a pair is no table: v t, and the end rules.
+  Objet* e = loi(25, 0);
+  table(e, {5});
+  EXPECT_NEAR(cin_valeur(e, v, 2, 3, 1), v / 2, 1e-9);
+  EXPECT_NEAR(cin_valeur(e, -123456.5, 5, 9, 1), -123456.5 / 2, 1e-6);
+  EXPECT_EQ(cin_valeur(e, v, 3, 3, 1), v);
+  // The tabled law with no table at all gives a number, whatever i and n.
+  Objet* f = loi(26, LOI_TABLE);
+  for (int i : {-7, 0, 1, 2, 3, 1000001}) EXPECT_TRUE(std::isfinite(cin_valeur(f, v, i, 3, 1))) << i;
+  EXPECT_TRUE(std::isfinite(cin_valeur(f, v, 2, 1, 1)));
 }
 
 TEST_F(Traj, AnimationHorsLigne) {
