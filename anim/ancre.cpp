@@ -8,6 +8,7 @@
 
 #include "anim/trajet.h"
 #include "interp/interp.h"
+#include "lang/lang.h"
 #include "startup/startup.h"
 
 Ancre* liste_anc = nullptr;
@@ -63,8 +64,12 @@ void ancre_verifie(Ancre* a) {
       std::printf("reanc num=%d s=%d\n", gagnant->num, som);
     }
   }
-  // 8. A change of support volume runs the function.
-  if (gagnant != a->vol && a->fonc) inter_lance(a->fonc);
+  // 8. A change of support volume runs the function, told the volume and
+  // the vertex that now support.
+  if (gagnant != a->vol && a->fonc) {
+    const float args[2] = {static_cast<float>(gagnant->num), static_cast<float>(som)};
+    inter_lance_args(a->fonc, args, 2);
+  }
   // 9.
   a->num = gagnant->num;
   a->som = som;
@@ -86,6 +91,7 @@ void ancre_verifie(Ancre* a) {
 }
 
 void ancres_libere() {
+  taches_libere();
   while (liste_anc) {
     Ancre* s = liste_anc->suivant;
     delete[] liste_anc->vols;
@@ -118,6 +124,7 @@ int anc_commande(mot* bloc, const mot* e, const mot* limite) {
     } else if (c[1] == 0 && c[2] == A_FONC_ANC) {
       const char* nom = v && v[0] >= 5 && v[1] == BLOC_CHAINE ? reinterpret_cast<const char*>(v + 4) : nullptr;
       Objet* f = nom ? fonction_trouve(nom) : nullptr;
+      if (!f && nom) f = fonction_cherche(nom);  // read from its file
       if (!f) {
         delete a;
         mot_imprime(0, A_FONC_ANC);

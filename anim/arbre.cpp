@@ -6,7 +6,10 @@
 // vertex plus `pos`, the Euler turns, the turn by `angle` about `axe`, and
 // the translation by minus its own anchor vertex, so that its anchor
 // vertex sits on its leader's. Such a matrix is marked `mat_arbre`: the
-// frame draws it as it stands.
+// frame draws it as it stands. A root carried by a vertex of another
+// volume (a task of its `taches`) stands on that vertex, turned, and is
+// placed after the roots that are not carried, so that its carrier's
+// matrix is this frame's; its followers start from the world.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -53,12 +56,25 @@ void deplace(float* m, const float* d) {
   std::memcpy(m, t, sizeof t);
 }
 
+constexpr float IDENTITE[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+
 void evalue(Vol_inter* r, const float* parent) {
   if (++profondeur > nb_recs + 1) {
     --profondeur;
     return;
   }
-  if (!parent || !r->lead) {
+  const float* depart = r->mat;  // where the followers start
+  float w[3];
+  if ((!parent || !r->lead) && tache_point(r, w)) {
+    float m[16];
+    std::memcpy(m, IDENTITE, sizeof m);
+    deplace(m, w);
+    tourne_euler(m, ordre_rot_inv, r, 1);
+    tourne(m, r->axe, r->angle);
+    std::memcpy(r->mat, m, sizeof m);
+    r->mat_arbre = 1;
+    depart = IDENTITE;
+  } else if (!parent || !r->lead) {
     vol_inter_matrice(r);
     r->mat_arbre = 0;
   } else {
@@ -67,10 +83,7 @@ void evalue(Vol_inter* r, const float* parent) {
     local3(r->lead, r->som_lead, a);
     for (int x = 0; x < 3; ++x) a[x] += r->pos[x];
     deplace(m, a);
-    const float ax[3][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
-    tourne(m, ax[0], r->rotx);
-    tourne(m, ax[1], r->roty);
-    tourne(m, ax[2], r->rotz);
+    tourne_euler(m, ordre_rot_inv, r, 1);
     tourne(m, r->axe, r->angle);
     local3(r, r->som_suiv, a);
     for (float& x : a) x = -x;
@@ -79,7 +92,7 @@ void evalue(Vol_inter* r, const float* parent) {
     r->mat_arbre = 1;
   }
   for (int k = 0; k < r->nb_suiv; ++k)
-    if (r->suiv[k] && r->suiv[k]->lead == r) evalue(r->suiv[k], r->mat);
+    if (r->suiv[k] && r->suiv[k]->lead == r) evalue(r->suiv[k], depart);
   --profondeur;
 }
 
@@ -108,51 +121,6 @@ void bras(Vol_inter* r) {
   float a[3] = {0, 0, 0};
   if (r->lead) local3(r, r->som_suiv, a);
   r->bras = static_cast<float>(std::sqrt(dist2(a, r->centre)));
-}
-
-const mot* valeur(const mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
-
-std::vector<float> nombres(const mot* v, bool* mauvais) {
-  *mauvais = false;
-  if (!v) return {};
-  int n = 0;
-  if (v[0] == BLOC_REEL || v[0] == BLOC_ENTIER) n = 1;
-  else if (v[0] >= 4 && (v[1] == BLOC_REEL || v[1] == BLOC_ENTIER)) n = v[0] - 4;
-  else if (!(v[0] >= 4 && v[1] == BLOC_NIL)) *mauvais = true;
-  std::vector<float> x(static_cast<std::size_t>(n));
-  if (n > 0) bloc_nombres(v, x.data(), n);
-  return x;
-}
-
-// The records of the phrase's `vol`; unknown numbers are named.
-std::vector<Vol_inter*> vols(mot* bloc) {
-  std::vector<Vol_inter*> l;
-  const mot* e = bloc + 4;
-  for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
-    if (e[1] != 1 || e[2] != B_VOL) continue;
-    bool m = false;
-    for (float f : nombres(valeur(e), &m)) {
-      Vol_inter* r = vol_inter_de(static_cast<int>(f));
-      if (r) l.push_back(r);
-      else std::printf("%d ", static_cast<int>(f)), message(0, MES_ABSENT);
-    }
-  }
-  return l;
-}
-
-bool a46(mot* bloc) {
-  const mot* e = bloc + 4;
-  for (int i = 0; i < bloc[2]; ++i, e += e[0])
-    if (e[1] == 0 && e[2] == A_RELANCE) return true;
-  return false;
-}
-
-int rend(mot* bloc, const mot* limite, const std::vector<float>& x) {
-  if (x.empty()) return resultat_nil(bloc), 0;
-  reel* out = resultat_reels(bloc, limite, static_cast<long>(x.size()));
-  if (!out) return PILE_PLEINE;
-  std::memcpy(out, x.data(), sizeof(float) * x.size());
-  return 0;
 }
 
 int som_hors(int s) {
@@ -213,16 +181,74 @@ int arbre_lie(Vol_inter* r, Vol_inter* lead, int som_lead, int som_suiv) {
 
 void arbre_evalue() {
   nb_recs = 0;
-  bool arbre = false;
-  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) ++nb_recs, arbre = arbre || v->lead;
-  if (!arbre) return;
+  bool arbre = false, taches = false;
+  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
+    ++nb_recs, arbre = arbre || v->lead, taches = taches || v->taches[0];
+  if (!arbre && !taches) return;
   // A leader set at the start from the volume's attributes lists its
   // follower here too, so that the walk from the roots reaches it.
   for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
     if (v->lead && v->lead != v) ajoute(v->lead, v);
   profondeur = 0;
   for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
-    if (!v->lead) evalue(v, nullptr);
+    if (!v->lead && !(v->taches[0] & TACHE_SOM)) evalue(v, nullptr);
+  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
+    if (!v->lead && (v->taches[0] & TACHE_SOM)) evalue(v, nullptr);
+  if (taches) taches_pas();
+}
+
+int ordre_rot = 213, ordre_rot_inv = 312;
+
+int arbre_ordre(int n) {
+  if (n < 123 || n > 321) {
+    std::printf("%d: ", n);
+    message(0, MES_INDICE);
+    return -1;
+  }
+  ordre_rot = n;
+  ordre_rot_inv = (n % 10) * 100 + (n / 10 % 10) * 10 + n / 100;
+  return 0;
+}
+
+void tourne_euler(float* m, int ordre, const Vol_inter* r, float signe) {
+  // Only the six orders of 1, 2 and 3 turn.
+  const int c[3] = {ordre / 100, ordre / 10 % 10, ordre % 10};
+  if (ordre < 123 || ordre > 321 || c[0] + c[1] + c[2] != 6 || c[0] * c[1] * c[2] != 6) return;
+  const float ax[3][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+  const float an[3] = {r->rotx, r->roty, r->rotz};
+  for (int k : c) tourne(m, ax[k - 1], signe * an[k - 1]);
+}
+
+void arbre_liste(Vol_inter* const* vols, int n) {
+  std::printf("%s%s%s%s%s", "   num ", "  lead ", "     xl yl zl       ", "     xs ys zs       ", "  suiv\n");
+  auto ligne = [](Vol_inter* r) {
+    std::printf("%d ", r->num);
+    if (r->lead) {
+      float l[3], w[3] = {0, 0, 0};
+      std::printf("lead = %d ", r->lead->num);
+      local3(r->lead, r->som_lead, l);
+      som_monde(r->lead, r->som_lead, w);
+      std::printf("\n(sl = %f %f %f)", static_cast<double>(l[0]), static_cast<double>(l[1]), static_cast<double>(l[2]));
+      std::printf(" (%d %f %f %f)", r->som_lead, static_cast<double>(w[0]), static_cast<double>(w[1]),
+                  static_cast<double>(w[2]));
+      w[0] = w[1] = w[2] = 0;
+      local3(r, r->som_suiv, l);
+      som_monde(r, r->som_suiv, w);
+      std::printf("\n(ss = %f %f %f)", static_cast<double>(l[0]), static_cast<double>(l[1]), static_cast<double>(l[2]));
+      std::printf(" (%d %f %f %f)", r->som_suiv, static_cast<double>(w[0]), static_cast<double>(w[1]),
+                  static_cast<double>(w[2]));
+    } else {
+      std::printf("    *       ");
+    }
+    for (int k = 0; k < r->nb_suiv; ++k)
+      if (r->suiv[k]) std::printf("suiv = %d ", r->suiv[k]->num);
+    std::printf("\n");
+  };
+  if (vols) {
+    for (int k = 0; k < n; ++k) ligne(vols[k]);
+  } else {
+    for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) ligne(v);
+  }
 }
 
 int arbre_origine(Vol_inter* r) {
@@ -271,61 +297,5 @@ int arbre_origine(Vol_inter* r) {
   r->rotx = r->roty = r->rotz = 0;
   for (int x = 0; x < 3; ++x) r->pos[x] = centre[x] - r->centre[x];
   arbre_evalue();
-  return 0;
-}
-
-int lead_commande(mot* bloc, const mot* e, const mot* limite) {
-  bool m = false;
-  std::vector<float> x = nombres(valeur(e), &m);
-  if (m) return mot_imprime(1, B_LEAD_), message(0, MES_VALEUR), -1;
-  std::vector<Vol_inter*> l = vols(bloc);
-  if (x.empty()) {
-    const bool haut = a46(bloc);
-    std::vector<float> res;
-    for (Vol_inter* r : l) {
-      Vol_inter* p = haut ? arbre_racine(r) : r->lead;
-      res.push_back(p ? static_cast<float>(p->num) : 0.f);
-    }
-    return rend(bloc, limite, res);
-  }
-  const int b = static_cast<int>(x[0]);
-  if (b != 0 && x.size() < 2) return mot_imprime(1, B_LEAD_), message(0, MES_VALEUR), -1;
-  Vol_inter* p = nullptr;
-  if (b != 0 && !(p = vol_inter_de(b))) return std::printf("%d ", b), message(0, MES_ABSENT), -1;
-  for (Vol_inter* r : l)
-    if (arbre_lie(r, p, b ? static_cast<int>(x[1]) : 0, 0) < 0) return -1;
-  arbre_evalue();
-  bloc[0] = 0;
-  return 0;
-}
-
-int suiv_commande(mot* bloc, const mot* e, const mot* limite) {
-  bool m = false;
-  std::vector<float> x = nombres(valeur(e), &m);
-  if (m) return mot_imprime(1, B_SUIV_), message(0, MES_VALEUR), -1;
-  std::vector<Vol_inter*> l = vols(bloc);
-  if (x.empty()) {
-    std::vector<float> res;
-    for (Vol_inter* r : l)
-      for (int k = 0; k < r->nb_suiv; ++k)
-        if (r->suiv[k]) res.push_back(static_cast<float>(r->suiv[k]->num));
-    return rend(bloc, limite, res);
-  }
-  if (x.size() < 2) return mot_imprime(1, B_SUIV_), message(0, MES_VALEUR), -1;
-  Vol_inter* f = vol_inter_de(static_cast<int>(x[0]));
-  if (!f) return std::printf("%d ", static_cast<int>(x[0])), message(0, MES_ABSENT), -1;
-  // b hangs from a at a's vertex v, by b's own anchor vertex.
-  for (Vol_inter* r : l)
-    if (arbre_lie(f, r, static_cast<int>(x[1]), 0) < 0) return -1;
-  arbre_evalue();
-  bloc[0] = 0;
-  return 0;
-}
-
-int origine_commande(mot* bloc, const mot* e, const mot* limite) {
-  (void)e, (void)limite;
-  for (Vol_inter* r : vols(bloc))
-    if (arbre_origine(r) < 0) return -1;
-  bloc[0] = 0;
   return 0;
 }

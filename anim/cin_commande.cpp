@@ -21,11 +21,49 @@ int refuse(int ord) {
   return -1;
 }
 
+bool loi_mot(const mot* e) {
+  return e[1] == 1 && (e[2] == LOI_ACC || e[2] == LOI_DEC || e[2] == LOI_ACD || e[2] == LOI_TABLE);
+}
+
+// `cin(n) acc`: the law's kind is its object's sub-type, not an attribute.
+// The law's keyword leaves the phrase; what else it holds goes on to the
+// ordinary `cin` phrase.
+int sorte(mot* bloc) {
+  int loi = 0;
+  float n = 0;
+  bool avec_num = false;
+  const mot* e = bloc + 4;
+  for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
+    if (loi_mot(e)) loi = e[2];
+    if (e[1] == 1 && e[2] == B_CIN_ && i == 0) avec_num = bloc_nombres(valeur(e), &n, 1) == 1;
+  }
+  if (!loi) return COMMANDE_SUITE;
+  if (!avec_num || !(n >= 1 && n < 1e9f)) return refuse(B_CIN_);
+  Objet* o = objet_trouve(B_CIN_, 0, static_cast<int>(n), nullptr);
+  if (!o) o = objet_cree(1, B_CIN_, 0, nullptr, nullptr, static_cast<int>(n));
+  if (!o) return message(0, MES_TABLE_PLEINE), -1;
+  o->sous_type = static_cast<std::uint16_t>(loi);
+  mot* c = bloc + 4;
+  for (int i = 0; i < bloc[2];) {
+    if (!loi_mot(c)) {
+      c += c[0], ++i;
+      continue;
+    }
+    const mot l = c[0];
+    std::memmove(c, c + l, sizeof(mot) * static_cast<std::size_t>(bloc + bloc[0] - (c + l)));
+    bloc[0] -= l, --bloc[2];
+  }
+  if (bloc[2] > 1) return COMMANDE_SUITE;
+  bloc[0] = 0;
+  return 0;
+}
+
 int cin_commande(mot* bloc, mot* affecte, const mot* limite) {
   const mot* ima = nullptr;
   const mot* e = bloc + 4;
   for (int i = 0; i < bloc[2]; ++i, e += e[0])
     if (e[1] == 1 && e[2] == B_IMA_) ima = e;
+  if (!ima && !affecte) return sorte(bloc);
   if (!ima || affecte) return COMMANDE_SUITE;
   float x[3] = {0, 0, 0}, y = 0, s = 1;
   const int nx = bloc_nombres(valeur(ima), x, 3);

@@ -16,6 +16,7 @@
 #include "startup/startup.h"
 
 namespace {
+constexpr int MES_SANS_SCENE = 141;  // env 1
 constexpr int A_PAS_ = 3, A_FONC_ = 6, A_NOM_IMG = 15, A_BROU = 47, A_OPT = 50, A_ETAPE = 51, A_CLE = 56, A_FIN = 61,
               A_EXEC = 69, A_NOM_ = 82, A_PULS = 95, A_TEM = 98, A_ALI = 107;
 constexpr int B_SOU = 16, B_PAS = 18, B_ECRAN = 19, B_SEQ_ = 22, B_LUM_ = 24, B_ZBU = 25, B_COE_ = 42,
@@ -434,12 +435,29 @@ int interaction_commande(mot* bloc, mot* valeur_aff, const mot* limite) {
     message(1, 95);
     return -1;
   }
+  if (!inter.en_cours) {
+    // The options that talk to the working records have none to talk to:
+    // they do not start a scene.
+    const mot* e = bloc + 4;
+    for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
+      if (e[1] != 1 || e[2] == B_INTER) continue;
+      if (e[2] == B_TRA_ || e[2] == B_LEAD_ || e[2] == B_SUIV_ || e[2] == B_ORIGINE || e[2] == B_ANC_) {
+        mot_imprime(1, e[2]);
+        message(1, MES_SANS_SCENE);
+        return -1;
+      }
+      break;
+    }
+  }
   if (inter.en_cours) {
     mot* e = bloc + 4;
     for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
       if (e[1] == 1 && e[2] == B_INTER) {
-        if (bloc[2] == 1) return rien(bloc);
-        continue;
+        if (bloc[2] != 1) continue;
+        // `interaction(n)` alone: the order of the Euler turns.
+        float n = 0;
+        if (bloc_nombres(valeur(e), &n, 1) == 1 && arbre_ordre(static_cast<int>(n)) < 0) return -1;
+        return rien(bloc);
       }
       int r = option(bloc, e, limite);
       if (r <= 0) return r;

@@ -151,6 +151,8 @@ void vol_inter_restaure(Vol_inter* v);
 // Runs a function at the top level of the stacks; 0 with none, below 0
 // when it failed.
 int inter_lance(Objet* f);
+// The same with n numbers (at most 8) as its arguments.
+int inter_lance_args(Objet* f, const float* args, int n);
 int inter_liste(int i);  // runs liste_i
 void inter_listes_libere();
 int inter_ligne(const char* texte);  // a typed line

@@ -16,19 +16,27 @@ void sommet() {
 }
 }  // namespace
 
-int inter_lance(Objet* f) {
+int inter_lance(Objet* f) { return inter_lance_args(f, nullptr, 0); }
+
+int inter_lance_args(Objet* f, const float* args, int n) {
   if (!f) return 0;
+  if (n < 0 || n > 8) n = 0;
   sommet();
   mot* appel = piles.eva_haut;
-  if (appel + 8 > piles.eva_limite) {
+  if (appel + 8 + 5 * n > piles.eva_limite) {
     message(0, MES_PILE);
     return -1;
   }
-  appel[0] = 4;
+  appel[0] = 4 + 5 * n;
   appel[1] = BLOC_OBJET;
   appel[2] = ptr_vers_mot(f);
-  appel[3] = 0;
-  piles.eva_haut = appel + 4;
+  appel[3] = n;
+  // Each argument a vector of one number.
+  for (int k = 0; k < n; ++k) {
+    mot* a = appel + 4 + 5 * k;
+    a[0] = 5, a[1] = BLOC_REEL, a[2] = 1, a[3] = 1, a[4] = reel_mot(args[k]);
+  }
+  piles.eva_haut = appel + appel[0];
   int r = appeler_fonction(appel, false);
   piles.eva_haut = appel;
   std::fflush(stdout);

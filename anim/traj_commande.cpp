@@ -51,7 +51,7 @@ struct Demande {
   bool avec_cles = false;
   int n = -1;  // no count: a query
   int loi = 0;
-  bool brut = false, relance = false, nb = false, indice = false, hist = false;
+  bool brut = false, relance = false, nb = false, indice = false, hist = false, ini = false, edition = false;
   std::vector<int> vols;
   bool tous = true;
 };
@@ -110,7 +110,9 @@ int lit(mot* bloc, Demande* d) {
     } else if (env == 0) {
       if (o == A_RELANCE) d->relance = d->hist = true;
       else if (o == A_NB_) d->nb = true;
-      else if (o == A_INDICE || o == A_INI_ || o == A_EDITION) d->indice = true;
+      else if (o == A_INDICE) d->indice = true;
+      else if (o == A_INI_) d->ini = true;
+      else if (o == A_EDITION) d->edition = true;
     }
   }
   return 0;
@@ -144,6 +146,24 @@ int place(Vol_inter* r, Demande& d) {
   if (nk > 0) std::memcpy(t->cles + 4, d.cles.data(), sizeof(float) * static_cast<std::size_t>(nk));
   return trajet_echantillonne(t, r, d.loi, nullptr, d.brut);
 }
+// `edi`: one line per node: the volume, the path, the keys given, the
+// samples and the one to play, the coefficients and the play modes.
+int edite(mot* bloc, const std::vector<Vol_inter*>& l) {
+  for (Vol_inter* r : l)
+    for (Trajet* t = static_cast<Trajet*>(r->trajets); t; t = t->suivant) {
+      std::printf("vol %d:", r->num);
+      const int env[3] = {t->env1, t->env3, t->env2}, cle[3] = {t->cle1, t->cle3, t->cle2};
+      for (int k = 0; k < t->nb_cles && k < 3; ++k) {
+        const char* n = mot_nom(env[k], cle[k]);
+        std::printf(" %s", n ? n : "?");
+      }
+      std::printf(" cles %d ech %d/%d coe %g %g %g boucle %d rel %d\n", t->nb_in, t->indice, t->nb,
+                  static_cast<double>(t->gain), static_cast<double>(t->friction), static_cast<double>(t->lim),
+                  t->boucle, t->relatif);
+    }
+  bloc[0] = 0;
+  return 0;
+}
 }  // namespace
 
 int trajet_commande(mot* bloc, const mot* e, const mot* limite) {
@@ -172,6 +192,7 @@ int trajet_commande(mot* bloc, const mot* e, const mot* limite) {
     return 0;
   }
   // A query: for each volume, its nodes one after the other.
+  if (d.edition) return edite(bloc, l);
   std::vector<float> res;
   for (Vol_inter* r : l) {
     if (d.hist) {
@@ -180,6 +201,7 @@ int trajet_commande(mot* bloc, const mot* e, const mot* limite) {
     }
     for (Trajet* t = static_cast<Trajet*>(r->trajets); t; t = t->suivant) {
       if (d.nb) res.push_back(static_cast<float>(t->nb));
+      else if (d.ini) res.push_back(static_cast<float>(t->nb_in));
       else if (d.indice) res.push_back(static_cast<float>(t->indice));
       else res.insert(res.end(), reels(t->val + 4), reels(t->val + 4) + 3L * t->nb);
     }

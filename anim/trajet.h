@@ -9,6 +9,13 @@
 //
 // An `Ancre` owns its array `vols`; `vol`, when set, is one of them. The
 // chain `liste_anc` lives as long as the interaction: it goes at its end.
+//
+// A record's `taches` are the tasks the tree runs for it each frame:
+// word 0 the flags (TACHE_SOM, TACHE_BARY), words 1 and 2 the volume and
+// the vertex (from 1) the record is carried by under TACHE_SOM, word 3 the
+// number of its barycentric points (entries of `liste_bary` whose `dest`
+// is the record). Words 4 to 10 are 0; word 11 is not a task: the mouse
+// keeps the selected record's `rotz` there.
 #pragma once
 #include "anim/interne.h"
 
@@ -78,6 +85,39 @@ bool som_monde(const Vol_inter* r, int s, float* w);
 int lead_commande(mot* bloc, const mot* e, const mot* limite);
 int suiv_commande(mot* bloc, const mot* e, const mot* limite);
 int origine_commande(mot* bloc, const mot* e, const mot* limite);
+// The order of the Euler turns, digits 1 = x, 2 = y, 3 = z read from the
+// left; `ordre_rot_inv` places a record, `ordre_rot` undoes it. Each is the
+// other read backwards.
+extern int ordre_rot, ordre_rot_inv;
+// 123 <= n <= 321 sets both; otherwise "n: " and message 0:66, -1.
+int arbre_ordre(int n);
+// The turns of `ordre` applied to m (a string of digits that is not one of
+// the six orders turns nothing); `signe` -1 turns back.
+void tourne_euler(float* m, int ordre, const Vol_inter* r, float signe);
+// The table of the tree: every record, or those of `vols`.
+void arbre_liste(Vol_inter* const* vols, int n);
+
+// ---- per-frame tasks -------------------------------------------------------------
+constexpr int TACHE_SOM = 1, TACHE_BARY = 2;
+// A barycentric point: vertex `som` of `dest` becomes w0 a + w1 b + w2 c,
+// a, b, c the vertices `tri` of `source` through the source's matrix.
+struct Bary {
+  Vol_inter* dest = nullptr;
+  int som = 0;
+  Vol_inter* source = nullptr;
+  int tri[3] = {0, 0, 0};
+  float poids[3] = {0, 0, 0};
+};
+// Record r carried by vertex s of volume num (num 0 drops it). -1 after a message.
+int tache_som(Vol_inter* r, int num, int s);
+// Adds a barycentric point of r. -1 after a message.
+int tache_bary(Vol_inter* r, int som, Vol_inter* source, const int* tri, const float* poids);
+// Where a record carried by a vertex hangs: that vertex in the world. False
+// when it has no such task or its carrier is gone.
+bool tache_point(const Vol_inter* r, float* w);
+// Frame step 13 after the matrices: the barycentric points.
+void taches_pas();
+void taches_libere();
 
 // ---- anchors -------------------------------------------------------------------
 struct Ancre {

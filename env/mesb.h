@@ -144,3 +144,7 @@
 |138:Arbre de volumes en boucle: la suite de ce pas est sautee\7\n
 |139:dyn pas(n) vol(n): volume inconnu ou nombre de pas invalide\7\n
 |140:Chaine de leaders en boucle: lien refuse\7\n
+|141:Aucune interaction en cours: ce mot parle a une scene qui tourne\7\n
+|142:?\n
+|143:?\n
+|144:?\n

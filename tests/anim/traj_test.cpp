@@ -6,7 +6,9 @@
 // a loop of leaders, a vertex that does not exist).
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
+#include <string>
 
 #include "outils.h"
 #include "anim/trajet.h"
@@ -99,6 +101,16 @@ TEST_F(Traj, LoisAuDebutAuMilieuEtAlaFin) {
   Objet* t = loi(24, LOI_TABLE);
   table(t, {0, 0.25f, 1, 1});
   EXPECT_NEAR(cin_valeur(t, v, 1, 3, 1), v * 0.25, 1e-6);
+  // A table too short to hold a pair is no table: v t, and the end rules.
+  Objet* e = loi(25, 0);
+  table(e, {5});
+  EXPECT_NEAR(cin_valeur(e, v, 2, 3, 1), v / 2, 1e-9);
+  EXPECT_NEAR(cin_valeur(e, -123456.5, 5, 9, 1), -123456.5 / 2, 1e-6);
+  EXPECT_EQ(cin_valeur(e, v, 3, 3, 1), v);
+  // The tabled law with no table at all gives a number, whatever i and n.
+  Objet* f = loi(26, LOI_TABLE);
+  for (int i : {-7, 0, 1, 2, 3, 1000001}) EXPECT_TRUE(std::isfinite(cin_valeur(f, v, i, 3, 1))) << i;
+  EXPECT_TRUE(std::isfinite(cin_valeur(f, v, 2, 1, 1)));
 }
 
 TEST_F(Traj, AnimationHorsLigne) {
@@ -358,5 +370,182 @@ TEST_F(Chaine, LePointLePlusBasPorteEtNeGlissePas) {
   seul.nb = 1, seul.vols = un;
   ancre_verifie(&seul);
   EXPECT_EQ(seul.vol, nullptr);
+}
+// The order of the Euler turns: set together, refused out of range, and
+// the one undoes the other whatever the angles.
+TEST_F(Chaine, OrdreDesRotationsEtSonInverse) {
+  EXPECT_EQ(ordre_rot, 213);
+  EXPECT_EQ(ordre_rot_inv, 312);
+  ASSERT_EQ(arbre_ordre(132), 0);
+  EXPECT_EQ(ordre_rot_inv, 231);
+  std::string s = sortie_de([&] { EXPECT_EQ(arbre_ordre(99), -1); });
+  EXPECT_NE(s.find("99: "), std::string::npos);
+  s = sortie_de([&] { EXPECT_EQ(arbre_ordre(322), -1); });
+  EXPECT_NE(s.find("322: "), std::string::npos);
+  EXPECT_EQ(ordre_rot, 132);
+  // y then x turns (1, 0, 0) to (0, 0, -1); x then y to (0, 1, 0).
+  Vol_inter* r = v[0];
+  r->rotx = 90, r->roty = 90, r->rotz = 0;
+  const float un[3] = {1, 0, 0};
+  float m[16], w[3];
+  matrice_identite(m);
+  tourne_euler(m, 213, r, 1);
+  matrice_applique(m, un, w);
+  EXPECT_NEAR(w[0], 0, 1e-5);
+  EXPECT_NEAR(w[1], 0, 1e-5);
+  EXPECT_NEAR(w[2], -1, 1e-5);
+  matrice_identite(m);
+  tourne_euler(m, 123, r, 1);
+  matrice_applique(m, un, w);
+  EXPECT_NEAR(w[1], 1, 1e-5);
+  EXPECT_NEAR(w[2], 0, 1e-5);
+  // Digits that are not one of the six orders turn nothing.
+  for (int o : {112, 200, 333, 321 + 1000, -213}) {
+    matrice_identite(m);
+    tourne_euler(m, o, r, 1);
+    matrice_applique(m, un, w);
+    EXPECT_EQ(w[0], 1) << o;
+    EXPECT_EQ(w[1], 0) << o;
+  }
+  // Each of the six orders, followed by its reverse turned back, is the
+  // identity, for large and odd angles.
+  std::srand(1234);
+  const float p[3] = {3.5f, -71.25f, 1e3f};
+  for (int o : {123, 132, 213, 231, 312, 321})
+    for (int k = 0; k < 20; ++k) {
+      r->rotx = static_cast<float>(std::rand() % 72000) / 100 - 360;
+      r->roty = static_cast<float>(std::rand() % 72000) / 100 - 360;
+      r->rotz = static_cast<float>(std::rand() % 2000000) / 100 - 10000;
+      ASSERT_EQ(arbre_ordre(o), 0);
+      matrice_identite(m);
+      tourne_euler(m, ordre_rot_inv, r, 1);
+      tourne_euler(m, ordre_rot, r, -1);
+      matrice_applique(m, p, w);
+      for (int x = 0; x < 3; ++x) EXPECT_NEAR(w[x], p[x], 2e-2) << o << " " << r->rotz;
+    }
+  // A follower turns in the order given. Its far end (0, 10, 0): turned
+  // about z first, then x, it goes to (-10, 0, 0); about x first, then z,
+  // to (0, 0, 10); plus the leader's vertex 2 at (0, 10, 0).
+  ASSERT_EQ(arbre_lie(v[1], v[0], 2, 1), 0);
+  v[0]->rotx = v[0]->roty = v[0]->rotz = 0;
+  v[1]->rotx = 90, v[1]->roty = 0, v[1]->rotz = 90;
+  ASSERT_EQ(arbre_ordre(321), 0);  // placed by the calls x, then z
+  arbre_evalue();
+  ASSERT_TRUE(som_monde(v[1], 2, w));
+  EXPECT_NEAR(w[0], -10, 1e-4);
+  EXPECT_NEAR(w[1], 10, 1e-4);
+  EXPECT_NEAR(w[2], 0, 1e-4);
+  ASSERT_EQ(arbre_ordre(123), 0);  // the calls z, then x
+  arbre_evalue();
+  ASSERT_TRUE(som_monde(v[1], 2, w));
+  EXPECT_NEAR(w[0], 0, 1e-4);
+  EXPECT_NEAR(w[1], 10, 1e-4);
+  EXPECT_NEAR(w[2], 10, 1e-4);
+  ASSERT_EQ(arbre_ordre(213), 0);
+}
+
+// A record carried by a vertex of another, barycentric points following a
+// triangle, the table of the tree, and the bad cases.
+TEST_F(Chaine, PorteParUnSommetEtPointsBarycentriques) {
+  v[0]->pos[0] = 100, v[0]->pos[1] = -7.5f, v[0]->pos[2] = 0.125f;
+  v[2]->axe[0] = 0, v[2]->axe[1] = 0, v[2]->axe[2] = 1;
+  v[2]->angle = 90;
+  ASSERT_EQ(tache_som(v[2], 1, 3), 0);
+  EXPECT_EQ(v[2]->taches[0], TACHE_SOM);
+  arbre_evalue();
+  float w[3];
+  // Its origin sits on vertex 3 of volume 1, (1, 5, 0) shifted; turned
+  // 90 degrees about z, its vertex 2 (0, 10, 0) lies 10 along -x.
+  ASSERT_TRUE(som_monde(v[2], 1, w));
+  EXPECT_NEAR(w[0], 101, 1e-4);
+  EXPECT_NEAR(w[1], -2.5f, 1e-4);
+  EXPECT_NEAR(w[2], 0.125f, 1e-4);
+  ASSERT_TRUE(som_monde(v[2], 2, w));
+  EXPECT_NEAR(w[0], 91, 1e-4);
+  EXPECT_NEAR(w[1], -2.5f, 1e-4);
+  // The carrier moves: the carried record follows in the same frame.
+  v[0]->pos[0] = -3333;
+  arbre_evalue();
+  ASSERT_TRUE(som_monde(v[2], 1, w));
+  EXPECT_NEAR(w[0], -3332, 1e-3);
+  // Bad carriers: an unknown volume, a vertex that is not there, itself.
+  std::string s = sortie_de([&] { EXPECT_EQ(tache_som(v[2], 77, 1), -1); });
+  EXPECT_NE(s.find("77 "), std::string::npos);
+  s = sortie_de([&] { EXPECT_EQ(tache_som(v[2], 1, 4), -1); });
+  EXPECT_NE(s.find("4: "), std::string::npos);
+  s = sortie_de([&] { EXPECT_EQ(tache_som(v[2], 3, 1), -1); });
+  EXPECT_NE(s.find("3: "), std::string::npos);
+  EXPECT_EQ(v[2]->taches[1], 1);
+  EXPECT_EQ(v[2]->taches[2], 3);
+  ASSERT_EQ(tache_som(v[2], 0, 0), 0);
+  EXPECT_EQ(v[2]->taches[0], 0);
+
+  // Vertex 3 of record 2 follows the triangle of record 1 with weights
+  // that do not add to 1; record 2 is itself moved and turned.
+  v[1]->pos[0] = 7, v[1]->pos[1] = -3, v[1]->pos[2] = 11;
+  v[1]->axe[0] = 0, v[1]->axe[1] = 1, v[1]->axe[2] = 0;
+  v[1]->angle = 33;
+  const int tri[3] = {1, 2, 3};
+  const float poids[3] = {1.5f, -0.25f, 2};
+  ASSERT_EQ(tache_bary(v[1], 3, v[0], tri, poids), 0);
+  EXPECT_EQ(v[1]->taches[3], 1);
+  arbre_evalue();
+  auto attendu = [&](const float* q, float* e) {
+    float a[3];
+    e[0] = e[1] = e[2] = 0;
+    for (int k = 0; k < 3; ++k) {
+      ASSERT_TRUE(som_monde(v[0], tri[k], a));
+      for (int x = 0; x < 3; ++x) e[x] += q[k] * a[x];
+    }
+  };
+  float e[3];
+  attendu(poids, e);
+  ASSERT_TRUE(som_monde(v[1], 3, w));
+  for (int x = 0; x < 3; ++x) EXPECT_NEAR(w[x], e[x], 1e-2) << x;
+  // Random weights and places, the same vertex given a new triangle.
+  std::srand(99);
+  for (int k = 0; k < 25; ++k) {
+    float q[3];
+    for (float& f : q) f = static_cast<float>(std::rand() % 20001) / 1000 - 10;
+    v[0]->pos[0] = static_cast<float>(std::rand() % 200001) / 10 - 10000;
+    v[0]->angle = static_cast<float>(std::rand() % 720);
+    v[1]->angle = static_cast<float>(std::rand() % 3600) / 7;
+    ASSERT_EQ(tache_bary(v[1], 3, v[0], tri, q), 0);
+    arbre_evalue();
+    attendu(q, e);
+    ASSERT_TRUE(som_monde(v[1], 3, w));
+    for (int x = 0; x < 3; ++x) EXPECT_NEAR(w[x], e[x], 5e-2) << k << " " << x;
+  }
+  EXPECT_EQ(v[1]->taches[3], 1);
+  // Bad points change nothing.
+  const int hors[3] = {1, 2, 9};
+  s = sortie_de([&] { EXPECT_EQ(tache_bary(v[1], 3, v[0], hors, poids), -1); });
+  EXPECT_NE(s.find("9: "), std::string::npos);
+  s = sortie_de([&] { EXPECT_EQ(tache_bary(v[1], -1, v[0], tri, poids), -1); });
+  EXPECT_NE(s.find("-1: "), std::string::npos);
+  const float nan[3] = {std::nanf(""), 0, 0};
+  EXPECT_EQ(tache_bary(v[1], 3, v[0], tri, nan), -1);
+  EXPECT_EQ(v[1]->taches[3], 1);
+
+  // The table: a leader's anchor, local and in the world, and its followers.
+  ASSERT_EQ(arbre_lie(v[2], v[1], 2, 1), 0);
+  arbre_evalue();
+  s = sortie_de([&] { arbre_liste(nullptr, 0); });
+  EXPECT_EQ(s.rfind("   num   lead      xl yl zl            xs ys zs         suiv\n", 0), 0u);
+  EXPECT_NE(s.find("1     *       \n"), std::string::npos);
+  EXPECT_NE(s.find("2     *       suiv = 3 \n"), std::string::npos);
+  EXPECT_NE(s.find("3 lead = 2 \n(sl = 0.000000 10.000000 0.000000) (2 "), std::string::npos);
+  EXPECT_NE(s.find("\n(ss = 0.000000 0.000000 0.000000) (1 "), std::string::npos);
+  Vol_inter* un[1] = {v[0]};
+  s = sortie_de([&] { arbre_liste(un, 1); });
+  EXPECT_EQ(s.find("lead ="), std::string::npos);
+
+  // The volume of a source is deleted: the point stays where it was.
+  ASSERT_TRUE(som_monde(v[1], 3, e));
+  objet_supprime(v[0]->objet);
+  arbre_evalue();
+  ASSERT_TRUE(som_monde(v[1], 3, w));
+  for (int x = 0; x < 3; ++x) EXPECT_NEAR(w[x], e[x], 1e-3);
+  taches_libere();
 }
 }  // namespace
