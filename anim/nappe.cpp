@@ -1,0 +1,332 @@
+// Working grids of the live scene: a surface of lines (type b79) whose rows
+// are vertices of other volumes, rebuilt at every frame from where those
+// volumes stand; and the finer grid sampled from a smooth surface's net.
+//
+// A `Grille_inter` owns all its blocks. Its vertices are 3 floats each,
+// row after row: a row holds nx + 1 vertices (nx when closed) and there are
+// ny + 1 rows. Faces, edges and neighbours are those of that grid, numbered
+// from 1, and never change; the normals follow the vertices. A
+// `Nappe_inter` names for each vertex of the grid a source volume and one
+// of its vertices (from 0); the records of the sources are found once,
+// after every record of the interaction is made.
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <vector>
+
+#include "anim/interne.h"
+#include "core/message.h"
+#include "geom/geom.h"
+
+namespace {
+constexpr int B_NAPPE = 79, B_EPINGLE = 30;
+
+void bloc_reel(mot* b, mot lg, int nl, int nc) {
+  b[0] = lg, b[1] = BLOC_REEL, b[2] = nl, b[3] = nc;
+}
+
+// The numbers of a value: a flat list of floats or integers, or a list of
+// such blocks, whose entries become groups.
+bool groupes(const mot* v, std::vector<std::vector<long>>& g, bool coupe_a_zero) {
+  auto nombre = [](const mot* b, long i, long* x) {
+    if (b[1] == BLOC_ENTIER) {
+      *x = b[4 + i];
+      return true;
+    }
+    if (b[1] != BLOC_REEL) return false;
+    float f = lit_reel(b + 4 + i);
+    if (!std::isfinite(f) || std::fabs(f) > 1e9f || f != std::floor(f)) return false;
+    *x = static_cast<long>(f);
+    return true;
+  };
+  g.clear();
+  if (!v) return false;
+  if (v[1] == BLOC_LISTE) {
+    const mot* e = v + 4;
+    for (int i = 0; i < v[2]; ++i, e += e[0]) {
+      if (e[0] < 4 || e + e[0] > v + v[0]) return false;
+      g.emplace_back();
+      for (long j = 0; j < e[0] - 4; ++j) {
+        long x;
+        if (!nombre(e, j, &x)) return false;
+        g.back().push_back(x);
+      }
+    }
+    return true;
+  }
+  if (v[1] != BLOC_REEL && v[1] != BLOC_ENTIER) return false;
+  g.emplace_back();
+  for (long j = 0; j < v[0] - 4; ++j) {
+    long x;
+    if (!nombre(v, j, &x)) return false;
+    if (coupe_a_zero && x == 0) {
+      if (!g.back().empty()) g.emplace_back();
+      continue;
+    }
+    g.back().push_back(x);
+  }
+  if (g.back().empty()) g.pop_back();
+  return true;
+}
+
+// The vertices of a source: the record's live ones through its placing
+// when it takes part, else the object's as they stand.
+const reel* source_som(Objet* o, int num, Vol_inter* r, int* ns, int* d, const float** mat) {
+  *mat = nullptr;
+  if (r && r->som && r->objet == o) {
+    if (!r->mat_arbre) vol_inter_matrice(r);
+    *mat = r->mat;
+    *ns = r->nb_som, *d = r->stride;
+    return r->som;
+  }
+  if (!o || o->type != B_VOL || o->numero != num) return nullptr;
+  return vol_som(o, ns, d);
+}
+
+void point(const reel* s, int d, const float* mat, float* out) {
+  float p[3] = {s[0], d > 1 ? s[1] : 0.f, d > 2 ? s[2] : 0.f};
+  if (mat) matrice_applique(mat, p, out);
+  else std::memcpy(out, p, sizeof p);
+}
+
+// Cubic (or lower when the net is short) B-spline basis over clamped
+// uniform knots, at u in 0..1: n values into b.
+void base_bspline(int n, float u, double* b) {
+  const int ordre = std::min(4, n);
+  std::vector<double> k(static_cast<std::size_t>(n) + ordre);
+  const int spans = n - ordre + 1;
+  for (int i = 0; i < n + ordre; ++i)
+    k[i] = i < ordre ? 0.0 : (i >= n ? 1.0 : static_cast<double>(i - ordre + 1) / spans);
+  // Degree 0: the span that holds u (the last one for u = 1).
+  std::vector<double> N(static_cast<std::size_t>(n) + ordre, 0.0);
+  int s = ordre - 1;
+  while (s < n - 1 && !(u >= k[s] && u < k[s + 1])) ++s;
+  N[s] = 1;
+  for (int p = 1; p < ordre; ++p)
+    for (int i = 0; i + p < n + ordre - 1; ++i) {
+      double a = 0, c = 0;
+      if (k[i + p] > k[i]) a = (u - k[i]) / (k[i + p] - k[i]) * N[i];
+      if (k[i + p + 1] > k[i + 1]) c = (k[i + p + 1] - u) / (k[i + p + 1] - k[i + 1]) * N[i + 1];
+      N[i] = a + c;
+    }
+  for (int i = 0; i < n; ++i) b[i] = N[i];
+}
+}  // namespace
+
+Grille_inter* grille_inter_cree(int nx, int ny, int ferme) {
+  auto* g = new (std::nothrow) Grille_inter;
+  if (!g) return nullptr;
+  g->nx = nx, g->ny = ny, g->ferme = ferme;
+  const long ligne = ferme ? nx : nx + 1;
+  const long ns = ligne * (ny + 1);
+  if (nx < 1 || ny < 0 || 4 + 3 * ns > 0x7fffffffL) {
+    std::printf("objet_incoherent\n");
+    delete g;
+    return nullptr;
+  }
+  g->ns = static_cast<int>(ns);
+  g->som = bloc_alloue(static_cast<mot>(4 + 3 * ns));
+  if (g->som) bloc_reel(g->som, static_cast<mot>(4 + 3 * ns), g->ns, 3), std::memset(g->som + 4, 0, 12 * ns);
+  g->seg = generer_segment(nx, ny, 0, ferme);
+  g->fac_attr = ferme ? gen_fac_fermer(nx, ny) : gen_fac_ouvert(nx, ny, 0);
+  const char* rate = !g->som ? "som" : !g->seg ? "generer_segment" : !g->fac_attr ? (ferme ? "gen_fac_fermer" : "gen_fac_ouvert") : nullptr;
+  if (!rate) {
+    g->fac = g->fac_attr + 6;
+    g->nf = g->fac[2];
+    g->fac_poi = ad_poi_facette(g->fac, reels(g->som + 4), 3, g->ns);
+    if (!g->fac_poi) rate = "ad_poi_facette";
+  }
+  if (!rate) {
+    g->nfac = bloc_alloue(4 + 3 * std::max(g->nf, 1));
+    g->nsom = bloc_alloue(static_cast<mot>(4 + 3 * ns));
+    if (!g->nfac || !g->nsom) rate = "normales";
+    else bloc_reel(g->nfac, 4 + 3 * g->nf, g->nf, 3), bloc_reel(g->nsom, static_cast<mot>(4 + 3 * ns), g->ns, 3);
+  }
+  if (!rate) {
+    g->voisin = gen_voisin_grille(nx, ny, ferme);
+    if (!g->voisin) rate = ferme ? "interaction_gen_voisin_fac_som_fermer" : "interaction_gen_voisin_fac_som_ouvert";
+  }
+  if (rate) {
+    std::printf("%s\n", rate);
+    grille_inter_libere(g);
+    return nullptr;
+  }
+  grille_inter_normales(g);
+  return g;
+}
+
+void grille_inter_libere(Grille_inter* g) {
+  if (!g) return;
+  for (mot* b : {g->som, g->seg, g->fac_attr, g->fac_poi, g->nfac, g->nsom, g->voisin}) bloc_libere(b);
+  delete g;
+}
+
+void grille_inter_normales(Grille_inter* g) {
+  const reel* s = reels(g->som + 4);
+  reel* nf = reels(g->nfac + 4);
+  const mot* f = g->fac + 4;
+  for (int i = 0; i < g->nf; ++i, f = face_suivante(f)) {
+    float c[3];
+    normale_face(f, s, 3, nf + 3 * i, c);
+  }
+  // A vertex: the normalised sum of the faces around it.
+  reel* ns = reels(g->nsom + 4);
+  const mot* v = g->voisin + 4;
+  for (int k = 0; k < g->ns; ++k, v += v[0]) {
+    float t[3] = {0, 0, 0};
+    for (int j = 1; j < v[0]; ++j) {
+      const reel* n = nf + 3 * (v[j] - 1);
+      t[0] += n[0], t[1] += n[1], t[2] += n[2];
+    }
+    normer(t, ns + 3 * k);
+  }
+}
+
+int nappe_cree(Vol_inter* v) {
+  Objet* o = v->objet;
+  const mot k[2] = {1, B_NAPPE};
+  std::vector<std::vector<long>> rangs;
+  if (!groupes(vol_valeur(o, 1, k), rangs, true) || rangs.empty()) return 0;  // no lines: nothing to follow
+  // Each row: a volume, then its vertices (all of them when none is named).
+  auto* n = new (std::nothrow) Nappe_inter;
+  if (!n) return -1;
+  v->nappe = n;
+  long lg = -1;
+  for (const auto& r : rangs) {
+    Objet* s = objet_trouve(B_VOL, 0, static_cast<int>(r[0]), nullptr);
+    int ns = 0, d = 3;
+    if (!s || s->env != 1 || s == o || !vol_som(s, &ns, &d)) {
+      std::printf("%ld: ", r[0]);
+      message(0, 9);
+      return -1;
+    }
+    const long l = r.size() > 1 ? static_cast<long>(r.size()) - 1 : ns;
+    if (lg >= 0 && l != lg) {
+      std::printf("objet_incoherent\n");
+      return -1;
+    }
+    lg = l;
+    for (long j = 0; j < l; ++j) {
+      const long x = r.size() > 1 ? r[j + 1] : j + 1;
+      if (x < 1 || x > ns) {
+        std::printf("%ld: ", x);
+        message(0, MES_VALEUR);
+        return -1;
+      }
+      n->sources.push_back({s, static_cast<int>(r[0]), nullptr, static_cast<int>(x - 1)});
+    }
+  }
+  const int ferme = v->fermer ? 1 : 0;
+  const long nx = ferme ? lg : lg - 1, ny = static_cast<long>(rangs.size()) - 1;
+  if (nx < 1 || nx > 32767 || ny > 32767) {
+    std::printf("objet_incoherent\n");
+    return -1;
+  }
+  n->grille = grille_inter_cree(static_cast<int>(nx), static_cast<int>(ny), ferme);
+  if (!n->grille) return -1;
+  // (b79, b30): triples vertex of the surface, volume, vertex of it.
+  const mot ke[4] = {1, B_NAPPE, 1, B_EPINGLE};
+  std::vector<std::vector<long>> e;
+  if (groupes(vol_valeur(o, 2, ke), e, false) && !e.empty()) {
+    const auto& t = e.size() == 1 ? e[0] : std::vector<long>{};
+    if (t.size() % 3 != 0) {
+      std::printf("%zu: ", t.size());
+      message(0, MES_VALEUR);
+      return -1;
+    }
+    for (std::size_t i = 0; i < t.size(); i += 3) {
+      Objet* s = objet_trouve(B_VOL, 0, static_cast<int>(t[i + 1]), nullptr);
+      int ns = 0, d = 3;
+      if (!s || s->env != 1 || !vol_som(s, &ns, &d)) {
+        std::printf("%ld: ", t[i + 1]);
+        message(0, 9);
+        return -1;
+      }
+      if (t[i] < 1 || t[i] > n->grille->ns || t[i + 2] < 1 || t[i + 2] > ns) {
+        std::printf("%ld: ", t[i] < 1 || t[i] > n->grille->ns ? t[i] : t[i + 2]);
+        message(0, MES_VALEUR);
+        return -1;
+      }
+      n->epingles.push_back({static_cast<int>(t[i] - 1), {s, static_cast<int>(t[i + 1]), nullptr, static_cast<int>(t[i + 2] - 1)}});
+    }
+  }
+  nappe_suit(v);
+  return 0;
+}
+
+void nappe_libere(Nappe_inter* n) {
+  if (!n) return;
+  grille_inter_libere(n->grille);
+  delete n;
+}
+
+void nappes_resout() {
+  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) {
+    if (!v->nappe) continue;
+    for (Source_inter& s : v->nappe->sources) s.rec = vol_inter_de(s.num);
+    for (auto& e : v->nappe->epingles) e.src.rec = vol_inter_de(e.src.num);
+  }
+}
+
+void nappe_suit(Vol_inter* v) {
+  Nappe_inter* n = v->nappe;
+  if (!n || !n->grille) return;
+  Grille_inter* g = n->grille;
+  reel* out = reels(g->som + 4);
+  auto pose = [](const Source_inter& s, reel* dest) {
+    int ns = 0, d = 3;
+    const float* mat;
+    const reel* som = source_som(s.objet, s.num, s.rec, &ns, &d, &mat);
+    if (som && s.som < ns) point(som + static_cast<long>(s.som) * d, d, mat, dest);
+  };
+  const long total = std::min<long>(static_cast<long>(n->sources.size()), g->ns);
+  for (long k = 0; k < total; ++k) pose(n->sources[k], out + 3 * k);
+  for (const auto& e : n->epingles) pose(e.src, out + 3L * e.som);
+  grille_inter_normales(g);
+  if (Vol_rt* r = v->rt; r && r->ns == g->ns && r->dim == 3) {
+    std::memcpy(r->som, out, sizeof(float) * 3 * static_cast<std::size_t>(g->ns));
+    vol_rt_som_change(r);
+  }
+}
+
+void nappes_pas() {
+  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
+    if (v->nappe) nappe_suit(v);
+}
+
+int grille_fine_cree(Vol_inter* v) {
+  // The net holds (nx + 1) x (ny + 1) control points, row after row; the
+  // samples are nu + 1 by nv + 1, evenly spread over both parameters.
+  const int cx = v->nx + 1, cy = v->ny + 1;
+  if (!v->som || cx * cy > v->nb_som || v->nu < 1 || v->nv < 1) {
+    std::printf("objet_incoherent\n");
+    return -1;
+  }
+  Grille_inter* g = grille_inter_cree(v->nu, v->nv, 0);
+  if (!g) return -1;
+  v->fine = g;
+  std::vector<double> bu(static_cast<std::size_t>(cx)), bv(static_cast<std::size_t>(cy));
+  reel* out = reels(g->som + 4);
+  for (int j = 0; j <= v->nv; ++j) {
+    base_bspline(cy, static_cast<float>(j) / static_cast<float>(v->nv), bv.data());
+    for (int i = 0; i <= v->nu; ++i) {
+      base_bspline(cx, static_cast<float>(i) / static_cast<float>(v->nu), bu.data());
+      double p[3] = {0, 0, 0};
+      for (int b = 0; b < cy; ++b) {
+        if (bv[b] == 0) continue;
+        for (int a = 0; a < cx; ++a) {
+          const double w = bu[a] * bv[b];
+          if (w == 0) continue;
+          const reel* c = v->som + static_cast<long>(b * cx + a) * v->stride;
+          for (int q = 0; q < 3 && q < v->stride; ++q) p[q] += w * c[q];
+        }
+      }
+      reel* o = out + 3 * (static_cast<long>(j) * (v->nu + 1) + i);
+      for (int q = 0; q < 3; ++q) o[q] = static_cast<float>(p[q]);
+    }
+  }
+  grille_inter_normales(g);
+  return 0;
+}
