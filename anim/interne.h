@@ -35,6 +35,9 @@ struct Grille_inter {
   mot* seg = nullptr;       // pairs of vertex numbers
   mot* voisin = nullptr;    // per vertex: a count c, then c - 1 faces
   mot* nfac = nullptr, *nsom = nullptr;  // 3 floats a face, a vertex
+  // A grid sampled from a net: the basis weights of each sample column and
+  // row, and the net as it was last sampled.
+  mot* base_u = nullptr, *base_v = nullptr, *filet = nullptr;
 };
 struct Vol_inter;
 // One vertex of another volume, taken where that volume stands.
@@ -195,8 +198,10 @@ void nappe_libere(Nappe_inter* n);
 void nappes_resout();  // the sources' records, once all are made
 void nappe_suit(Vol_inter* v);  // the grid from where its sources stand
 void nappes_pas();              // every surface of lines, each frame
-// The samples of a smooth surface (nu + 1 by nv + 1) into v->fine.
+// The samples of a smooth surface (nu + 1 by nv + 1) into v->fine; made
+// again by grille_fine_suit when the net has moved since.
 int grille_fine_cree(Vol_inter* v);
+void grille_fine_suit(Vol_inter* v);
 
 // ---- running language --------------------------------------------------------
 // Runs a function at the top level of the stacks; 0 with none, below 0

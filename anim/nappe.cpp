@@ -159,7 +159,8 @@ Grille_inter* grille_inter_cree(int nx, int ny, int ferme) {
 
 void grille_inter_libere(Grille_inter* g) {
   if (!g) return;
-  for (mot* b : {g->som, g->seg, g->fac_attr, g->fac_poi, g->nfac, g->nsom, g->voisin}) bloc_libere(b);
+  for (mot* b : {g->som, g->seg, g->fac_attr, g->fac_poi, g->nfac, g->nsom, g->voisin, g->base_u, g->base_v, g->filet})
+    bloc_libere(b);
   delete g;
 }
 
@@ -292,8 +293,10 @@ void nappe_suit(Vol_inter* v) {
 }
 
 void nappes_pas() {
-  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
+  for (Vol_inter* v = inter.liste_inter; v; v = v->suivant) {
     if (v->nappe) nappe_suit(v);
+    if (v->fine) grille_fine_suit(v);
+  }
 }
 
 int grille_fine_cree(Vol_inter* v) {
@@ -307,20 +310,55 @@ int grille_fine_cree(Vol_inter* v) {
   Grille_inter* g = grille_inter_cree(v->nu, v->nv, 0);
   if (!g) return -1;
   v->fine = g;
-  std::vector<double> bu(static_cast<std::size_t>(cx)), bv(static_cast<std::size_t>(cy));
+  const long nu = v->nu + 1, nv = v->nv + 1, net = static_cast<long>(cx) * cy * v->stride;
+  g->base_u = bloc_alloue(static_cast<mot>(4 + nu * cx));
+  g->base_v = bloc_alloue(static_cast<mot>(4 + nv * cy));
+  g->filet = bloc_alloue(static_cast<mot>(4 + net));
+  if (!g->base_u || !g->base_v || !g->filet) {
+    std::printf("grille_fine\n");
+    return -1;
+  }
+  bloc_reel(g->base_u, static_cast<mot>(4 + nu * cx), static_cast<int>(nu), cx);
+  bloc_reel(g->base_v, static_cast<mot>(4 + nv * cy), static_cast<int>(nv), cy);
+  bloc_reel(g->filet, static_cast<mot>(4 + net), cx * cy, v->stride);
+  std::vector<double> b(static_cast<std::size_t>(std::max(cx, cy)));
+  for (long i = 0; i < nu; ++i) {
+    base_bspline(cx, static_cast<float>(i) / static_cast<float>(v->nu), b.data());
+    for (int a = 0; a < cx; ++a) reels(g->base_u + 4)[i * cx + a] = static_cast<float>(b[a]);
+  }
+  for (long j = 0; j < nv; ++j) {
+    base_bspline(cy, static_cast<float>(j) / static_cast<float>(v->nv), b.data());
+    for (int a = 0; a < cy; ++a) reels(g->base_v + 4)[j * cy + a] = static_cast<float>(b[a]);
+  }
+  // Unlike any net, so that the first sampling is made.
+  std::memcpy(g->filet + 4, v->som, sizeof(float) * static_cast<std::size_t>(net));
+  reels(g->filet + 4)[0] = std::nanf("");
+  grille_fine_suit(v);
+  return 0;
+}
+
+void grille_fine_suit(Vol_inter* v) {
+  Grille_inter* g = v->fine;
+  if (!g || !g->filet || !v->som) return;
+  const int cx = v->nx + 1, cy = v->ny + 1, d = v->stride;
+  const std::size_t octets = sizeof(float) * static_cast<std::size_t>(cx) * cy * d;
+  if (std::memcmp(g->filet + 4, v->som, octets) == 0) return;
+  std::memcpy(g->filet + 4, v->som, octets);
+  const reel* bu = reels(g->base_u + 4);
+  const reel* bv = reels(g->base_v + 4);
   reel* out = reels(g->som + 4);
   for (int j = 0; j <= v->nv; ++j) {
-    base_bspline(cy, static_cast<float>(j) / static_cast<float>(v->nv), bv.data());
+    const reel* wv = bv + static_cast<long>(j) * cy;
     for (int i = 0; i <= v->nu; ++i) {
-      base_bspline(cx, static_cast<float>(i) / static_cast<float>(v->nu), bu.data());
+      const reel* wu = bu + static_cast<long>(i) * cx;
       double p[3] = {0, 0, 0};
       for (int b = 0; b < cy; ++b) {
-        if (bv[b] == 0) continue;
+        if (wv[b] == 0) continue;
         for (int a = 0; a < cx; ++a) {
-          const double w = bu[a] * bv[b];
-          if (w == 0) continue;
-          const reel* c = v->som + static_cast<long>(b * cx + a) * v->stride;
-          for (int q = 0; q < 3 && q < v->stride; ++q) p[q] += w * c[q];
+          if (wu[a] == 0) continue;
+          const double w = static_cast<double>(wu[a]) * wv[b];
+          const reel* c = v->som + static_cast<long>(b * cx + a) * d;
+          for (int q = 0; q < 3 && q < d; ++q) p[q] += w * c[q];
         }
       }
       reel* o = out + 3 * (static_cast<long>(j) * (v->nu + 1) + i);
@@ -328,5 +366,4 @@ int grille_fine_cree(Vol_inter* v) {
     }
   }
   grille_inter_normales(g);
-  return 0;
 }

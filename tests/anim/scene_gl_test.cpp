@@ -636,8 +636,8 @@ TEST(SceneGl, SurfaceDeLignes) {
 // A smooth surface's net sampled finer: with a net that does not change
 // across its rows, the samples follow the cubic basis over the knots
 // 0 0 0 0 .5 1 1 1 1 (at u = .25: 1/8, 19/32, 1/4, 1/32, 0); a flat net
-// gives flat samples with +-z normals, and a random one keeps its corners
-// and stays within its values.
+// gives flat samples with +-z normals, a random one keeps its corners and
+// stays within its values; a net changed in the object is sampled again.
 TEST(SceneGl, SurfaceFineDUnFilet) {
   monde_scene(0);
   const mot etat_avant = etats[1][45];
@@ -699,6 +699,22 @@ TEST(SceneGl, SurfaceFineDUnFilet) {
     EXPECT_GE(z, bas - 1e-2) << k;
     EXPECT_LE(z, haut + 1e-2) << k;
   }
+  // The net's middle column raised to 48 in the object: from the next
+  // frame the samples follow, with no allocation.
+  ASSERT_EQ(interaction_image(), 0);
+  int n1 = 0, d1 = 3;
+  reel* s1 = vol_som(objet_trouve(B_VOL, 0, 1, nullptr), &n1, &d1);
+  ASSERT_EQ(n1, 20);
+  const long appels = memoire.appels;
+  for (int j = 0; j < 4; ++j) s1[(5 * j + 2) * d1 + 2] = 48;
+  ASSERT_EQ(interaction_image(), 0);
+  for (int j = 0; j <= 6; ++j) {
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 2)[2], 32 * 0.125f + 48 * 0.25f, 1e-4) << j;
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 4)[2], 24, 1e-4) << j;
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 0)[2], 32, 1e-4) << j;
+  }
+  for (int k = 0; k < 10; ++k) ASSERT_EQ(interaction_image(), 0);
+  EXPECT_EQ(memoire.appels, appels);
   interaction_fin();
   etats[1][45] = etat_avant;
 }
