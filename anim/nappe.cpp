@@ -19,6 +19,7 @@
 #include "anim/interne.h"
 #include "core/message.h"
 #include "geom/geom.h"
+#include "startup/startup.h"
 
 namespace {
 constexpr int B_NAPPE = 79, B_EPINGLE = 30;
@@ -189,7 +190,15 @@ int nappe_cree(Vol_inter* v) {
   Objet* o = v->objet;
   const mot k[2] = {1, B_NAPPE};
   std::vector<std::vector<long>> rangs;
-  if (!groupes(vol_valeur(o, 1, k), rangs, true) || rangs.empty()) return 0;  // no lines: nothing to follow
+  const mot* val = vol_valeur(o, 1, k);
+  if (!val) return 0;  // no lines: nothing to follow
+  if (!groupes(val, rangs, true)) {
+    mot_imprime(1, B_NAPPE);
+    std::printf(": ");
+    message(0, MES_VALEUR);
+    return -1;
+  }
+  if (rangs.empty()) return 0;
   // Each row: a volume, then its vertices (all of them when none is named).
   auto* n = new (std::nothrow) Nappe_inter;
   if (!n) return -1;

@@ -625,6 +625,8 @@ TEST(SceneGl, SurfaceDeLignes) {
   EXPECT_NE(s.find("interaction_creer_1(4)\n"), std::string::npos) << s;
   lignes({1, 1, 2, 3, 0, 3, 1, 2, 7});
   EXPECT_EQ(debut_rate(a).rfind("7: ", 0), 0u);
+  lignes({1, 0, 2.5f});
+  EXPECT_NE(debut_rate(a).find("interaction_creer_1(4)\n"), std::string::npos);
   lignes(rangs);
   epingles({1, 3});
   EXPECT_NE(debut_rate(a).find("interaction_creer_1(4)\n"), std::string::npos);
