@@ -24,7 +24,7 @@ constexpr int NB_CLES = 100, LONG_CLE = 20;
 constexpr int NB_LISTES = 7;  // liste_0 .. liste_5, liste_autre
 constexpr int LISTE_AUTRE = 6;
 
-// A working grid: see anim/nappe.cpp for its invariants.
+// A working grid: see anim/grille.cpp for its invariants.
 struct Grille_inter {
   int nx = 0, ny = 0, ferme = 0;
   int ns = 0, nf = 0;
