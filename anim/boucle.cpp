@@ -54,7 +54,7 @@ void libere_tout() {
 // in place, or given it new ones; the drawing record follows.
 void som_suit(Vol_inter* v) {
   Objet* o = v->objet;
-  if (!o || o->type != B_VOL || o->numero != v->num || !v->rt) return;
+  if (!o || o->type != B_VOL || o->numero != v->num || !v->rt || v->nappe) return;
   int ns = 0, d = 3;
   reel* s = vol_som(o, &ns, &d);
   if (!s) return;
@@ -157,7 +157,10 @@ void souris_sequence() {
 // The steps that belong to trajectories, dynamics and anchors.
 void trajets_avance() { trajets_pas(); }
 void dynamique_pas() { dyn::pas_dynamique(); }
-void attaches_pas() { arbre_evalue(); }
+void attaches_pas() {
+  arbre_evalue();
+  nappes_pas();
+}
 void ancres_verifie() {
   arbre_evalue();
   for (Ancre* a = liste_anc; a; a = a->suivant) ancre_verifie(a);
@@ -282,6 +285,7 @@ int interaction_debut(const ArgsInter& a) {
       }
     }
   }
+  if (!echec) nappes_resout();
   // 7.
   if (!echec && interaction_anc() < 0) echec = true;
   if (echec) {

@@ -17,7 +17,9 @@ constexpr int B_NURBS = 45, B_LEAD = 61, B_SUIV = 62, B_FORCE = 113, B_TIRE = 13
               B_TEX_SOM = 23, B_GRILLE_79 = 79, B_INTER = 85, B_TRACE = 28;
 
 int echec(Vol_inter* v, const char* etape, int num) {
-  std::printf("%s\ninteraction_creer_1(%d)\n", etape, num);
+  // A step that printed its own reason gives an empty name.
+  if (*etape) std::printf("%s\n", etape);
+  std::printf("interaction_creer_1(%d)\n", num);
   std::fflush(stdout);
   vol_inter_libere(v);
   return -1;
@@ -108,10 +110,9 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
     const reel* l = valeur_reels(o, 1, k3, 1);
     v->lien = l ? static_cast<int>(l[0]) : 0;
   }
-  // 7. A grid's rows must be of one length.
-  if (v->type == B_GRILLE_79 && v->nx > 0 && v->ny > 0 && static_cast<long>(v->nx) * v->ny > v->nb_som) {
-    return echec(v, "objet_incoherent", num), nullptr;
-  }
+  // 7. A surface of lines: its rows are vertices of other volumes, all of
+  // one length, and make a grid of its own.
+  if (v->type == B_GRILLE_79 && nappe_cree(v) < 0) return echec(v, "", num), nullptr;
   // 8. A surface: its grid is the control net, sampled (s + 1) times
   // finer than the net in each direction.
   bool nurbs = false;
@@ -126,6 +127,7 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
       v->nu = v->nx * (v->sub_nurbs + 1);
       v->nv = v->ny * (v->sub_nurbs + 1);
       nurbs = true;
+      if (grille_fine_cree(v) < 0) return echec(v, "", num), nullptr;
     }
   }
   // 9. Links to a leader and anchor vertices.
@@ -178,7 +180,12 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
     if (tv && tv[1] == BLOC_REEL && tv[0] - 4 >= inter.nb_traces * 16) v->trace = reels(const_cast<mot*>(tv) + 4);
   }
   // 17. The drawing record of the frame.
-  if (v->nb_som > 0) {
+  if (v->nappe && v->nappe->grille) {
+    const Grille_inter* g = v->nappe->grille;
+    v->rt = vol_rt_cree_de(o, reels(g->som + 4), g->ns, 3, g->fac, g->seg);
+    if (!v->rt) return echec(v, "vol_rt_cree", num), nullptr;
+    nappe_suit(v);
+  } else if (v->nb_som > 0) {
     v->rt = vol_rt_cree(o);
     if (!v->rt) return echec(v, "vol_rt_cree", num), nullptr;
   }
@@ -206,6 +213,8 @@ void vol_inter_libere(Vol_inter* v) {
   bloc_libere(v->som_poi);
   bloc_libere(v->fac_poi);
   vol_rt_libere(v->rt);
+  nappe_libere(v->nappe);
+  grille_inter_libere(v->fine);
   delete v;
 }
 

@@ -11,6 +11,7 @@
 // the centre of gravity `centre`.
 #pragma once
 #include <cstdint>
+#include <vector>
 
 #include "anim/anim.h"
 #include "core/bloc.h"
@@ -22,6 +23,41 @@ constexpr int MAX_SUIV = 1000;
 constexpr int NB_CLES = 100, LONG_CLE = 20;
 constexpr int NB_LISTES = 7;  // liste_0 .. liste_5, liste_autre
 constexpr int LISTE_AUTRE = 6;
+
+// A working grid: see anim/grille.cpp for its invariants.
+struct Grille_inter {
+  int nx = 0, ny = 0, ferme = 0;
+  int ns = 0, nf = 0;
+  mot* som = nullptr;       // ns x 3 floats
+  mot* fac_attr = nullptr;  // the face attribute as made; `fac` is its value
+  const mot* fac = nullptr;
+  mot* fac_poi = nullptr;   // faces as addresses into `som`
+  mot* seg = nullptr;       // pairs of vertex numbers
+  mot* voisin = nullptr;    // per vertex: a count c, then c - 1 faces
+  mot* nfac = nullptr, *nsom = nullptr;  // 3 floats a face, a vertex
+  // A grid sampled from a net: the basis weights of each sample column and
+  // row, and the net as it was last sampled.
+  mot* base_u = nullptr, *base_v = nullptr, *filet = nullptr;
+};
+struct Vol_inter;
+// One vertex of another volume, taken where that volume stands.
+struct Source_inter {
+  Objet* objet = nullptr;
+  int num = 0;
+  Vol_inter* rec = nullptr;  // its record when it takes part
+  int som = 0;               // from 0
+};
+// A surface of lines: vertex k of the grid is sources[k]; each pin then
+// puts its vertex (from 0) at a vertex of another volume.
+struct Epingle_inter {
+  int som = 0;
+  Source_inter src;
+};
+struct Nappe_inter {
+  std::vector<Source_inter> sources;
+  std::vector<Epingle_inter> epingles;
+  Grille_inter* grille = nullptr;
+};
 
 struct Vol_inter {
   Objet* objet = nullptr;
@@ -75,6 +111,8 @@ struct Vol_inter {
   Vol_inter* suivant = nullptr;
   reel* trace = nullptr;  // (1, 28): nb_traces matrices, the latest first
   int mat_arbre = 0;      // `mat` was made by the tree, from the leader's
+  Nappe_inter* nappe = nullptr;  // type b79: the grid its lines make
+  Grille_inter* fine = nullptr;  // a smooth surface sampled finer than its net
 };
 
 // A node of an attached program list: the target record and a private
@@ -146,6 +184,24 @@ void vol_inter_matrice(Vol_inter* v);
 // the start's vertices written back (restore).
 void vol_inter_valide(Vol_inter* v);
 void vol_inter_restaure(Vol_inter* v);
+
+// ---- working grids ------------------------------------------------------------
+// Null after the failing step's name. Faces, edges, neighbours and normals
+// of an nx by ny grid, its vertices zero.
+Grille_inter* grille_inter_cree(int nx, int ny, int ferme);
+void grille_inter_libere(Grille_inter* g);
+void grille_inter_normales(Grille_inter* g);
+// Type b79: the rows of (b79) and the pins of (b79, b30) into v->nappe; 0
+// also when the volume has no rows; -1 after a message.
+int nappe_cree(Vol_inter* v);
+void nappe_libere(Nappe_inter* n);
+void nappes_resout();  // the sources' records, once all are made
+void nappe_suit(Vol_inter* v);  // the grid from where its sources stand
+void nappes_pas();              // every surface of lines, each frame
+// The samples of a smooth surface (nu + 1 by nv + 1) into v->fine; made
+// again by grille_fine_suit when the net has moved since.
+int grille_fine_cree(Vol_inter* v);
+void grille_fine_suit(Vol_inter* v);
 
 // ---- running language --------------------------------------------------------
 // Runs a function at the top level of the stacks; 0 with none, below 0

@@ -15,3 +15,40 @@ bash tests/display/sous_xvfb.sh "$b/bench_inter" ${TAILLES:-1 100 1000} | while 
   awk -v n="$n" -v ns="$ns" -v d="$d" -v i="$i" \
     'BEGIN { printf "  %5d volumes de %d sommets: dessin %8.2f fps, image entiere %8.2f fps, rapport image/dessin %.3f, etapes propres %5.1f%% %s\n", n, ns, d, i, i / d, 100 * (1 - i / d), (1 - i / d < 0.10) ? "(< 10%)" : "(>= 10%)" }'
 done
+# Instructions per frame, which the machine's load does not change (the
+# frame rates above do, a lot at one volume): callgrind over one volume
+# turned by the hook, with the rasteriser in the calling thread. The
+# frame's own steps (the hook among them) are the whole frame less its
+# drawing (aff_rt) and its swap, set against the bare drawing's aff_rt and
+# swap. COMPTE=0 skips it.
+if [ "${COMPTE:-1}" != 0 ] && command -v valgrind >/dev/null && command -v callgrind_annotate >/dev/null; then
+  sortie=$(mktemp)
+  LP_NUM_THREADS=0 SECONDES=${SECONDES_COMPTE:-2} REPETE=1 bash tests/display/sous_xvfb.sh \
+    valgrind --tool=callgrind --callgrind-out-file="$sortie" "$b/bench_inter" 1 >/dev/null 2>&1
+  callgrind_annotate --inclusive=yes --tree=both "$sortie" 2>/dev/null | awk '
+    function nombre(l) { sub(/^ +/, "", l); split(l, c, " "); gsub(",", "", c[1]); return c[1] + 0 }
+    function fois(l) { if (match(l, /\(([0-9,]+)x\)/)) { x = substr(l, RSTART + 1, RLENGTH - 3); gsub(",", "", x); return x + 0 } return 0 }
+    function bloc() {
+      for (i = 1; i <= nl; ++i) if (L[i] ~ /  \*  /) quoi = L[i]
+      for (i = 1; i <= nl; ++i) {
+        if (L[i] !~ /  < /) continue
+        if (quoi ~ /:interaction_image\(\) / && L[i] ~ /:main /) { im = nombre(quoi); nim = fois(L[i]) }
+        if (quoi ~ /:aff_rt\(Vol_rt\*\) /) {
+          if (L[i] ~ /dessine_scene/) ad = nombre(L[i]); else if (L[i] ~ /:main /) { am = nombre(L[i]); nam = fois(L[i]) }
+        }
+        if (quoi ~ /:glutSwapBuffers /) {
+          if (L[i] ~ /:gl_echange/) ed = nombre(L[i]); else if (L[i] ~ /:main /) { em = nombre(L[i]); nem = fois(L[i]) }
+        }
+      }
+      nl = 0; quoi = ""
+    }
+    /^$/ { bloc(); next }
+    { L[++nl] = $0 }
+    END {
+      bloc()
+      if (!nim || !nam || !nem) { print "  (compte d instructions illisible)"; exit }
+      propre = (im - ad - ed) / nim; dessin = am / nam + em / nem
+      printf "  1 volume tourne par le crochet, instructions par image: image entiere %.0f, dessin nu %.0f, etapes propres %.0f (%.2f%% du dessin)\n", im / nim, dessin, propre, 100 * propre / dessin
+    }'
+  rm -f "$sortie"
+fi

@@ -65,11 +65,8 @@ void faces_lit(Vol_rt* r, Vol_rt_gl& g, const mot* fac) {
   }
 }
 
-// Stored edges when valid, else each contour's sides once.
-void aretes_lit(Vol_rt* r, Vol_rt_gl& g, Objet* o) {
-  const mot cle[2] = {1, B_SEGMENT};
-  mot* a = vol_attribut(o, 1, cle);
-  const mot* v = attribut_valide(a) ? valeur_de(a) : nullptr;
+// The edges `v` when given, else each contour's sides once.
+void aretes_lit(Vol_rt* r, Vol_rt_gl& g, const mot* v) {
   if (v && v[1] == BLOC_ENTIER && v[3] == 2 && v[0] >= 4 + 2L * v[2]) {
     for (int i = 0; i < v[2]; ++i) {
       int s = v[4 + 2 * i], t = v[5 + 2 * i];
@@ -134,7 +131,16 @@ Vol_rt* vol_rt_cree(Objet* o) {
   }
   int ns = 0, d = 3;
   const reel* s = vol_som(o, &ns, &d);
-  mot* fac = vol_fac(o);
+  const mot cle[2] = {1, B_SEGMENT};
+  mot* a = vol_attribut(o, 1, cle);
+  return vol_rt_cree_de(o, s, s ? ns : 0, d, vol_fac(o), attribut_valide(a) ? valeur_de(a) : nullptr);
+}
+
+Vol_rt* vol_rt_cree_de(Objet* o, const reel* s, int ns, int d, const mot* fac, const mot* aretes) {
+  if (!est_volume(o)) {
+    message(0, MES_VALEUR);
+    return nullptr;
+  }
   if (fac && s && fac_verifie(fac, ns)) return nullptr;
   Vol_rt* r = nullptr;
   try {
@@ -153,7 +159,7 @@ Vol_rt* vol_rt_cree(Objet* o) {
     r->nf = fac && s ? fac[2] : 0;
     if (r->nf) faces_lit(r, g, fac);
     else g.fac_deb.push_back(0);
-    aretes_lit(r, g, o);
+    aretes_lit(r, g, aretes);
     couleurs_lit(r, g, o);
     // The texture lists: the corners' coordinates.
     int ima = 0;

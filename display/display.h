@@ -195,6 +195,9 @@ struct Vol_rt {
 };
 // Null after a numbered message (no vertices, bad faces, no memory).
 Vol_rt* vol_rt_cree(Objet* o);
+// The same from vertices, faces and edges made elsewhere (a working grid);
+// colours, lighting and textures still come from the object.
+Vol_rt* vol_rt_cree_de(Objet* o, const reel* s, int ns, int d, const mot* fac, const mot* aretes);
 void vol_rt_libere(Vol_rt* r);
 void vol_rt_tous_libere();
 void vol_rt_som_change(Vol_rt* r);

@@ -248,3 +248,74 @@ TEST(Interaction, SansFenetre) {
   EXPECT_EQ(termine(p), 0);
 }
 }  // namespace
+
+namespace {
+// Chooses row `rang` (from 0: "exec", "menu", then entries 1, 2...) of the
+// scene's pop-up menu: a right click at (x, y) of the window opens it below
+// the pointer, rows of 25 pixels, then a left click on the row.
+bool choisit_au_menu(Scene& s, int rang, int x = 100, int y = 60) {
+  xdo("mousemove --window " + s.fenetre + " " + std::to_string(x) + " " + std::to_string(y));
+  dort(100);
+  xdo("click 3");
+  bool ouvert = false;
+  for (int t = 0; t < 10000 && !ouvert; t += 50) {
+    ouvert = !xdo("search --onlyvisible --name 'freeglut menu'").empty();
+    if (!ouvert) dort(50);
+  }
+  if (!ouvert) return false;
+  dort(200);
+  xdo("mousemove --window " + s.fenetre + " " + std::to_string(x + 10) + " " + std::to_string(y + 12 + 25 * rang));
+  dort(200);
+  xdo("click 1");
+  return true;
+}
+}  // namespace
+
+// Started from the console with a frame count that is never reached, ended
+// through the window's own pop-up menu: "quitter en validant" leaves the
+// object as the scene left it, "quitter sans valider" puts it back as it
+// was; a scene that reaches its count leaves it as it stands.
+TEST(Interaction, QuitterParLeMenuEnValidantOuSansValider) {
+  Scene s;
+  ASSERT_TRUE(s.depart(100, "", NAN));
+  const std::vector<float> v0 = valeurs(s.p, "vol(1) som(2)");
+  ASSERT_EQ(v0.size(), 3u);
+  auto sommet = [&] { return valeurs(s.p, "vol(1) som(2)"); };
+  // The live value turns the record a quarter about x; the object stays.
+  tape(s.p, "interaction tem(100000) cadence(25)");
+  ASSERT_TRUE(s.attend_mode(85, 20000));
+  tape(s.p, "interaction vol(1) rotx(90)");
+  ASSERT_NEAR(attend_valeurs(s.p, "interaction vol(1) rotx", [](auto& r) { return r.size() == 1 && r[0] == 90; }).at(0), 90, 1e-3);
+  EXPECT_EQ(sommet(), v0);
+  ASSERT_TRUE(choisit_au_menu(s, 3));
+  ASSERT_TRUE(s.attend_mode(0, 20000));
+  EXPECT_TRUE(attend(s.p, "quitter en validant\n", 5000));
+  const std::vector<float> v1 = sommet();
+  ASSERT_EQ(v1.size(), 3u);
+  // About the cube's centre (0, 0, 0): x kept, y and z exchanged.
+  EXPECT_NEAR(v1[0], v0[0], 1e-3);
+  EXPECT_NEAR(std::fabs(v1[1]), std::fabs(v0[2]), 1e-3);
+  EXPECT_NEAR(std::fabs(v1[2]), std::fabs(v0[1]), 1e-3);
+  EXPECT_NE(v1, v0);
+
+  // The hook turns the object itself at every frame; without validating,
+  // the object is as it was at the start.
+  tape(s.p, "interaction fonc(\"tourne\") tem(100000) cadence(25)");
+  ASSERT_TRUE(s.attend_mode(85, 20000));
+  s.attend_compteur("tours", [](float n) { return n >= 3; });
+  EXPECT_NE(sommet(), v1);
+  ASSERT_TRUE(choisit_au_menu(s, 2));
+  ASSERT_TRUE(s.attend_mode(0, 20000));
+  EXPECT_TRUE(attend(s.p, "quitter sans valider\n", 5000));
+  EXPECT_EQ(sommet(), v1);
+
+  // Reaching its count, the scene leaves the hook's turns in the object.
+  const float tours = s.compteur("tours");
+  tape(s.p, "interaction fonc(\"tourne\") tem(4) cadence(0)");
+  ASSERT_TRUE(s.attend_mode(0, 20000));
+  EXPECT_EQ(s.compteur("tours"), tours + 4);
+  const std::vector<float> v2 = sommet();
+  ASSERT_EQ(v2.size(), 3u);
+  EXPECT_NE(v2, v1);
+  EXPECT_NEAR(v2[1], v1[1], 1e-3);  // about y: y kept
+}

@@ -3,10 +3,12 @@
 // menu entries as the menu's callback gives them, and what "quitter en
 // validant" and "quitter sans valider" leave in the objects.
 #include <algorithm>
+#include <cmath>
 #include <array>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <functional>
 #include <string>
 
 #include "../display/gl_outils.h"
@@ -497,5 +499,224 @@ TEST(SceneGl, SurfaceNurbsDUneGrille) {
   EXPECT_EQ(interaction_debut(a), -1);
   EXPECT_NE(testing::internal::GetCapturedStdout().find("objet_incoherent\ninteraction_creer_1(1)\n"), std::string::npos);
   EXPECT_FALSE(interaction_en_cours());
+  etats[1][45] = etat_avant;
+}
+
+namespace {
+// Vertex k (from 0) of a working grid.
+std::array<float, 3> sommet_grille(const Grille_inter* g, int k) {
+  const reel* s = reels(g->som + 4) + 3L * k;
+  return {s[0], s[1], s[2]};
+}
+
+std::string debut_rate(const ArgsInter& a) {
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(interaction_debut(a), -1);
+  EXPECT_FALSE(interaction_en_cours());
+  EXPECT_EQ(fen.mode_interactif, 0);
+  return testing::internal::GetCapturedStdout();
+}
+}  // namespace
+
+// A surface of lines: its rows are the vertices of other volumes (all of a
+// line, or those it names, in its order), its pins put a vertex on a vertex
+// of another volume; at every frame it follows where they stand, with no
+// allocation; rows of different lengths, an unknown line, a vertex out of
+// range and pins not in triples are refused, nothing started.
+TEST(SceneGl, SurfaceDeLignes) {
+  monde_scene(0);
+  const std::vector<float> l1 = {-50.5f, 10, 3, -17.25f, 12, 3, 16, 9.5f, 3, 49, 11, 3};
+  const std::vector<float> l2 = {-51, 40.75f, 3, -18, 41, 3, 15.5f, 39, 3, 48.25f, 42, 3};
+  std::vector<float> l3;
+  for (int i = 0; i < 6; ++i) l3.insert(l3.end(), {-70.f + 27.5f * i, -33.f - i, 3.f + 0.5f * i});
+  volume_de(l1, {{1, 2}, {2, 3}, {3, 4}}, 1);
+  volume_de(l2, {{1, 2}, {2, 3}, {3, 4}}, 2);
+  volume_de(l3, {{1, 2}}, 3);
+  Objet* n = volume(4);
+  n->sous_type = 79;
+  // Each value written afresh, whatever its length before.
+  auto lignes = [n](const std::vector<float>& x) {
+    const mot k[2] = {1, 79};
+    attribut_supprime(n, 1, k);
+    ASSERT_NE(attribut_ecrit_1(n, 1, 79, x.data(), static_cast<int>(x.size()), 1), nullptr);
+  };
+  auto epingles = [n](const std::vector<float>& x) {
+    const mot k[4] = {1, 79, 1, 30};
+    attribut_supprime(n, 2, k);
+    ASSERT_NE(attribut_ecrit_2(n, 1, 79, 1, 30, x.data(), static_cast<int>(x.size()), 1), nullptr);
+  };
+  // Row 1: line 3's vertices 6, 4, 2, 1; row 2: all of line 1; row 3: line 2.
+  const std::vector<float> rangs = {3, 6, 4, 2, 1, 0, 1, 0, 2};
+  lignes(rangs);
+  epingles({12, 3, 5});
+  ArgsInter a;
+  a.cadence = 0;
+  ASSERT_EQ(interaction_debut(a), 0);
+  Vol_inter* v = vol_inter_de(4);
+  ASSERT_NE(v, nullptr);
+  ASSERT_NE(v->nappe, nullptr);
+  const Grille_inter* g = v->nappe->grille;
+  ASSERT_NE(g, nullptr);
+  EXPECT_EQ(g->nx, 3);
+  EXPECT_EQ(g->ny, 2);
+  EXPECT_EQ(g->ns, 12);
+  EXPECT_EQ(g->nf, 6);
+  EXPECT_EQ(g->seg[2], 3 * 3 + 2 * 4);
+  // Face 1 is the quad 1, 2, 6, 5, its addresses those of the grid.
+  const mot* f = g->fac + 4;
+  EXPECT_EQ(std::vector<mot>(f + 4, f + 8), (std::vector<mot>{1, 2, 6, 5}));
+  EXPECT_EQ(mot_vers_ptr(g->fac_poi[4 + 4 + 2]), reels(g->som + 4) + 3 * 5);
+  // Neighbours: a corner has one face, an edge vertex two, the inside four.
+  const mot* nb = g->voisin + 4;
+  std::vector<int> comptes;
+  for (int k = 0; k < g->ns; ++k, nb += nb[0]) comptes.push_back(nb[0] - 1);
+  EXPECT_EQ(comptes, (std::vector<int>{1, 2, 2, 1, 2, 4, 4, 2, 1, 2, 2, 1}));
+  const int ordre3[] = {6, 4, 2, 1};
+  for (int k = 0; k < 4; ++k) {
+    const float* p = &l3[3 * (ordre3[k] - 1)];
+    EXPECT_EQ(sommet_grille(g, k), (std::array<float, 3>{p[0], p[1], p[2]})) << k;
+    EXPECT_EQ(sommet_grille(g, 4 + k), (std::array<float, 3>{l1[3 * k], l1[3 * k + 1], l1[3 * k + 2]})) << k;
+  }
+  // Vertex 12 is pinned on line 3's fifth vertex.
+  EXPECT_EQ(sommet_grille(g, 11), (std::array<float, 3>{l3[12], l3[13], l3[14]}));
+  // Rows 2 and 3 lie in z = 3: the normals there are +z (x right, y down).
+  const reel* nf = reels(g->nfac + 4);
+  for (int i = 3; i < 5; ++i) {
+    EXPECT_NEAR(nf[3 * i + 2], 1, 1e-5) << i;
+    EXPECT_NEAR(nf[3 * i], 0, 1e-5) << i;
+  }
+  EXPECT_NEAR(reels(g->nsom + 4)[3 * 8 + 2], 1, 1e-5);
+  ASSERT_NE(v->rt, nullptr);
+  EXPECT_EQ(v->rt->ns, 12);
+  // Line 2 and line 3 move; the rows and the pin follow them frame by frame.
+  ASSERT_EQ(interaction_image(), 0);
+  Vol_inter* v2 = vol_inter_de(2);
+  Vol_inter* v3 = vol_inter_de(3);
+  long appels = memoire.appels;
+  for (int t = 1; t <= 20; ++t) {
+    v2->pos[0] = 7.f * t, v2->pos[1] = -3, v2->pos[2] = 11.5f;
+    v3->pos[2] = -250.f + t;
+    ASSERT_EQ(interaction_image(), 0) << t;
+  }
+  EXPECT_EQ(memoire.appels, appels);
+  for (int k = 0; k < 3; ++k) {
+    auto p = sommet_grille(g, 8 + k);
+    EXPECT_NEAR(p[0], l2[3 * k] + 140, 1e-3) << k;
+    EXPECT_NEAR(p[1], l2[3 * k + 1] - 3, 1e-3) << k;
+    EXPECT_NEAR(p[2], 14.5f, 1e-3) << k;
+    EXPECT_NEAR(sommet_grille(g, k)[2], l3[3 * (ordre3[k] - 1) + 2] - 230, 1e-3) << k;
+  }
+  EXPECT_NEAR(sommet_grille(g, 11)[2], l3[14] - 230, 1e-3);
+  EXPECT_EQ(std::vector<float>(v->rt->som, v->rt->som + 36),
+            std::vector<float>(reels(g->som + 4), reels(g->som + 4) + 36));
+  interaction_fin();
+  EXPECT_EQ(som(1), l1);
+  EXPECT_EQ(som(2), l2);
+  EXPECT_EQ(som(3), l3);
+
+  // Refusals, each leaving the objects and no block behind.
+  lignes({1, 0, 3});
+  EXPECT_NE(debut_rate(a).find("objet_incoherent\ninteraction_creer_1(4)\n"), std::string::npos);
+  const long vivants = memoire.compteur;
+  EXPECT_NE(debut_rate(a).find("objet_incoherent\ninteraction_creer_1(4)\n"), std::string::npos);
+  lignes({1, 0, 99});
+  std::string s = debut_rate(a);
+  EXPECT_EQ(s.rfind("99: ", 0), 0u) << s;
+  EXPECT_NE(s.find("interaction_creer_1(4)\n"), std::string::npos) << s;
+  lignes({1, 1, 2, 3, 0, 3, 1, 2, 7});
+  EXPECT_EQ(debut_rate(a).rfind("7: ", 0), 0u);
+  lignes({1, 0, 2.5f});
+  EXPECT_NE(debut_rate(a).find("interaction_creer_1(4)\n"), std::string::npos);
+  lignes(rangs);
+  epingles({1, 3});
+  EXPECT_NE(debut_rate(a).find("interaction_creer_1(4)\n"), std::string::npos);
+  EXPECT_EQ(memoire.compteur, vivants);
+  EXPECT_EQ(som(1), l1);
+  EXPECT_EQ(som(2), l2);
+}
+
+// A smooth surface's net sampled finer: with a net that does not change
+// across its rows, the samples follow the cubic basis over the knots
+// 0 0 0 0 .5 1 1 1 1 (at u = .25: 1/8, 19/32, 1/4, 1/32, 0); a flat net
+// gives flat samples with +-z normals, a random one keeps its corners and
+// stays within its values; a net changed in the object is sampled again.
+TEST(SceneGl, SurfaceFineDUnFilet) {
+  monde_scene(0);
+  const mot etat_avant = etats[1][45];
+  etats[1][45] = 1;
+  auto filet = [](int num, int cx, int cy, const std::function<float(int, int)>& z) {
+    std::vector<float> s;
+    std::vector<std::vector<int>> f;
+    for (int j = 0; j < cy; ++j)
+      for (int i = 0; i < cx; ++i) s.insert(s.end(), {-90.5f + 33.f * i, -70.f + 41.25f * j, z(i, j)});
+    for (int j = 0; j + 1 < cy; ++j)
+      for (int i = 0; i + 1 < cx; ++i) f.push_back({j * cx + i + 1, j * cx + i + 2, (j + 1) * cx + i + 2, (j + 1) * cx + i + 1});
+    Objet* o = volume_de(s, f, num);
+    o->f1 = static_cast<std::int16_t>(cx - 1), o->f2 = static_cast<std::int16_t>(cy - 1);
+    return s;
+  };
+  const float un = 1;
+  // Volume 1: columns 0, 0, 16, 0, 32 - 32 at the last column's clamp.
+  filet(1, 5, 4, [](int i, int) { return i == 2 ? 16.f : (i == 0 ? 32.f : 0.f); });
+  // Volume 2: flat at z = 123.25; volume 3: 7 x 5 random heights.
+  filet(2, 5, 4, [](int, int) { return 123.25f; });
+  std::srand(4097);
+  const std::vector<float> s3 = filet(3, 7, 5, [](int, int) { return static_cast<float>(std::rand() % 200001 - 100000) / 97.f; });
+  for (int k = 1; k <= 3; ++k) attribut_ecrit_1(objet_trouve(B_VOL, 0, k, nullptr), 1, 45, &un, 1, 1);
+  ArgsInter a;
+  a.cadence = 0;
+  ASSERT_EQ(interaction_debut(a), 0);
+  const Vol_inter* v1 = vol_inter_de(1);
+  ASSERT_NE(v1, nullptr);
+  ASSERT_NE(v1->fine, nullptr);
+  const Grille_inter* g = v1->fine;
+  EXPECT_EQ(g->nx, 8);
+  EXPECT_EQ(g->ny, 6);
+  EXPECT_EQ(g->ns, 9 * 7);
+  EXPECT_EQ(g->nf, 48);
+  for (int j = 0; j <= 6; ++j) {
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 0)[2], 32, 1e-4) << j;
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 2)[2], 32 * 0.125f + 16 * 0.25f, 1e-4) << j;
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 4)[2], 8, 1e-4) << j;
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 8)[2], 0, 1e-4) << j;
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 4)[0], -90.5f + 66, 1e-3) << j;
+  }
+  EXPECT_NEAR(sommet_grille(g, 0)[1], -70, 1e-4);
+  EXPECT_NEAR(sommet_grille(g, 62)[1], -70 + 3 * 41.25f, 1e-3);
+  const Grille_inter* g2 = vol_inter_de(2)->fine;
+  ASSERT_NE(g2, nullptr);
+  for (int k = 0; k < g2->ns; ++k) {
+    EXPECT_NEAR(sommet_grille(g2, k)[2], 123.25f, 1e-3) << k;
+    EXPECT_NEAR(std::fabs(reels(g2->nsom + 4)[3 * k + 2]), 1, 1e-5) << k;
+  }
+  const Grille_inter* g3 = vol_inter_de(3)->fine;
+  ASSERT_NE(g3, nullptr);
+  EXPECT_EQ(g3->ns, 13 * 9);
+  const float bas = *std::min_element(s3.begin(), s3.end()), haut = *std::max_element(s3.begin(), s3.end());
+  const int coins[4][2] = {{0, 0}, {12, 6}, {8 * 13, 28}, {8 * 13 + 12, 34}};
+  for (auto [k, c] : coins)
+    for (int q = 0; q < 3; ++q) EXPECT_NEAR(sommet_grille(g3, k)[q], s3[3 * c + q], 1e-2) << k << " " << q;
+  for (int k = 0; k < g3->ns; ++k) {
+    float z = sommet_grille(g3, k)[2];
+    EXPECT_GE(z, bas - 1e-2) << k;
+    EXPECT_LE(z, haut + 1e-2) << k;
+  }
+  // The net's middle column raised to 48 in the object: from the next
+  // frame the samples follow, with no allocation.
+  ASSERT_EQ(interaction_image(), 0);
+  int n1 = 0, d1 = 3;
+  reel* s1 = vol_som(objet_trouve(B_VOL, 0, 1, nullptr), &n1, &d1);
+  ASSERT_EQ(n1, 20);
+  const long appels = memoire.appels;
+  for (int j = 0; j < 4; ++j) s1[(5 * j + 2) * d1 + 2] = 48;
+  ASSERT_EQ(interaction_image(), 0);
+  for (int j = 0; j <= 6; ++j) {
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 2)[2], 32 * 0.125f + 48 * 0.25f, 1e-4) << j;
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 4)[2], 24, 1e-4) << j;
+    EXPECT_NEAR(sommet_grille(g, 9 * j + 0)[2], 32, 1e-4) << j;
+  }
+  for (int k = 0; k < 10; ++k) ASSERT_EQ(interaction_image(), 0);
+  EXPECT_EQ(memoire.appels, appels);
+  interaction_fin();
   etats[1][45] = etat_avant;
 }
