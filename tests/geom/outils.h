@@ -10,6 +10,7 @@
 #include "core/objet.h"
 #include "geom/geom.h"
 #include "startup/startup.h"
+#include "tests/outils/blocs.h"
 
 // The message table loaded here is the geometry tests' own: it is dropped
 // when the test ends, so that other tests see the state they expect.
@@ -41,17 +42,6 @@ std::string sortie_de(F f) {
   testing::internal::CaptureStdout();
   f();
   return testing::internal::GetCapturedStdout();
-}
-
-// A BLOC_LISTE of faces, as words.
-inline std::vector<mot> faces(const std::vector<std::vector<int>>& f) {
-  std::vector<mot> b{0, BLOC_LISTE, static_cast<mot>(f.size()), 0};
-  for (const auto& c : f) {
-    b.insert(b.end(), {static_cast<mot>(4 + c.size()), BLOC_ENTIER, 1, static_cast<mot>(c.size())});
-    b.insert(b.end(), c.begin(), c.end());
-  }
-  b[0] = static_cast<mot>(b.size());
-  return b;
 }
 
 inline Objet* volume_de(const std::vector<float>& som, const std::vector<std::vector<int>>& f, int numero = 1) {

@@ -31,3 +31,13 @@ inline mot* blocs(const std::vector<mot*>& el) {
   for (mot i = 0; i < n; ++i) b[4 + i] = ptr_vers_mot(el[i]);
   return b;
 }
+// A BLOC_LISTE of faces, as words outside the arena.
+inline std::vector<mot> faces(const std::vector<std::vector<int>>& f) {
+  std::vector<mot> b{0, BLOC_LISTE, static_cast<mot>(f.size()), 0};
+  for (const auto& c : f) {
+    b.insert(b.end(), {static_cast<mot>(4 + c.size()), BLOC_ENTIER, 1, static_cast<mot>(c.size())});
+    b.insert(b.end(), c.begin(), c.end());
+  }
+  b[0] = static_cast<mot>(b.size());
+  return b;
+}

@@ -63,7 +63,7 @@ TEST_F(Objets, PackedGeometryLosesFractionsOnly) {
   attribut_de(o, {1, 86}, queue_reels(som, 1001, 3));  // 3003 values: an odd count
   std::vector<std::vector<int>> fac;
   for (int k = 0; k < 777; ++k) fac.push_back({1 + k, 2 + k, 3 + k, 32767});
-  attribut_de(o, {1, 15}, queue_faces(fac));
+  attribut_de(o, {1, 15}, faces(fac));
   auto avant = cliche({4});
   OptionsFichier opt;
   opt.court = true;

@@ -20,6 +20,7 @@
 #include "display/oeil.h"
 #include "persist/persist.h"
 #include "startup/startup.h"
+#include "tests/outils/blocs.h"
 #include "tests/outils/vocabulaire.h"
 
 struct Monde : testing::Test {
@@ -91,16 +92,6 @@ inline std::vector<mot> queue_reels(const std::vector<float>& v, mot nl, mot nc)
   return q;
 }
 
-inline std::vector<mot> queue_faces(const std::vector<std::vector<int>>& f) {
-  std::vector<mot> b{0, BLOC_LISTE, static_cast<mot>(f.size()), 0};
-  for (const auto& c : f) {
-    b.insert(b.end(), {static_cast<mot>(4 + c.size()), BLOC_ENTIER, 1, static_cast<mot>(c.size())});
-    b.insert(b.end(), c.begin(), c.end());
-  }
-  b[0] = static_cast<mot>(b.size());
-  return b;
-}
-
 inline std::vector<mot> queue_texte(const std::string& s) {
   std::vector<mot> q(static_cast<std::size_t>(long_chaine(s.size())), 0);
   q[0] = static_cast<mot>(q.size());
@@ -129,7 +120,7 @@ inline Objet* objet_hasard(int type, int numero, std::mt19937& g, bool nomme = t
     for (int j = 0, nc = 3 + static_cast<int>(g() % 5); j < nc; ++j) c.push_back(1 + static_cast<int>(g() % ns));
     fac.push_back(c);
   }
-  attribut_de(o, {1, 15}, queue_faces(fac));
+  attribut_de(o, {1, 15}, faces(fac));
   attribut_de(o, {1, 17}, queue_reels({reel_hasard(g), 0.5f, 1.f}, 3, 1), 1);
   attribut_de(o, {1, 17, 1, 15}, queue_reels({reel_hasard(g), reel_hasard(g)}, 1, 2));
   attribut_de(o, {0, 101}, queue_texte("f() { $ \"x\" }\n\ttab \\ " + std::to_string(g())));
