@@ -329,6 +329,8 @@ int attribut(mot* bloc, mot* valeur, const mot* limite) {
     }
     c.paires[2 * c.n] = e[1];
     c.paires[2 * c.n + 1] = e[2];
+    // Inside a path the text function's spelling names the field keyword.
+    if (e[1] == 0 && e[2] == 13) c.paires[2 * c.n] = 1, c.paires[2 * c.n + 1] = 122;
     ++c.n;
     if (e[1] == 1 && second_niveau(e[2])) c.selection = argument(e);
     else c.acces = argument(e);
