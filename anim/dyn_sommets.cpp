@@ -193,14 +193,14 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
     float F[3] = {0, 0, 0};
     if (a_obs) obstacle_force(p, v, F);
     if (a_cha) champs(o, i + 1, p, F);
-    if (f_uni)
-      for (int x = 0; x < 3; ++x) F[x] += f_uni[x];
-    if (a_loc)
-      for (int x = 0; x < 3; ++x) F[x] += f_loc[x];
     // 12.4: the colliders' force on a selected vertex, before its own terms.
     int contact = 0;
     const bool choisi = col_choix && etat.col_choisi[static_cast<std::size_t>(i)];
     if (choisi) contact = collision(o, p, v, F, true, choc ? choc + 3 * i : nullptr);
+    if (f_uni)
+      for (int x = 0; x < 3; ++x) F[x] += f_uni[x];
+    if (a_loc)
+      for (int x = 0; x < 3; ++x) F[x] += f_loc[x];
     if (f_pre && i == i_pre - 1)
       for (int x = 0; x < 3; ++x) F[x] += f_pre[x];
     if (l_for) {
