@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "anim/dyn.h"
 #include "anim/interne.h"
 #include "anim/trajet.h"
 #include "display/moteurs.h"
@@ -21,7 +22,7 @@ constexpr int A_PAS_ = 3, A_FONC_ = 6, A_NOM_IMG = 15, A_BROU = 47, A_OPT = 50, 
               A_EXEC = 69, A_NOM_ = 82, A_PULS = 95, A_TEM = 98, A_ALI = 107;
 constexpr int B_SOU = 16, B_PAS = 18, B_ECRAN = 19, B_SEQ_ = 22, B_LUM_ = 24, B_ZBU = 25, B_COE_ = 42,
               B_NB_ = 47, B_TRACE = 55, B_MENU = 74, B_INTER = 85, B_GLIDE = 103, B_CADENCE = 106,
-              B_BRO = 120, B_ANIM = 93, B_NURBS_ = 45, B_ATT_MENU = 144, B_ETAT = 145, B_MEM_ = 148, B_RES_ = 161, B_PICK = 60, B_NORMALE_ = 63, B_IMA_ = 28;
+              B_BRO = 120, B_ANIM = 93, B_NURBS_ = 45, B_ATT_MENU = 144, B_ETAT = 145, B_MEM_ = 148, B_RES_ = 161, B_PICK = 60, B_NORMALE_ = 63, B_IMA_ = 28, B_TIRE_ = 130;
 
 const mot* valeur(const mot* e) { return e[0] > 3 ? e + 3 : nullptr; }
 
@@ -216,6 +217,10 @@ int option(mot* bloc, const mot* e, const mot* limite) {
       inter.cmd_souris = static_cast<int>(x[0]);
       return rien(bloc);
     }
+    case B_TIRE_:
+      // A pull holding a transformation is a program of the frame, as `anim`.
+      if (!dyn::tire_attache(bloc)) break;
+      return option_liste(bloc, e, 4);
     case B_ANIM:
     case B_NURBS_:
       return option_liste(bloc, e, e[2] == B_ANIM ? 4 : LISTE_AUTRE);

@@ -56,6 +56,7 @@ struct Etat {
   float point[3] = {0, 0, 0};
   bool fonc_avertie = false;
   std::vector<float> zeros;
+  std::vector<std::uint8_t> col_choisi;  // per vertex: selected for the colliders' force
   std::vector<float> tri;
   long pas_faits = 0;
   int profondeur = 0;
@@ -118,6 +119,7 @@ float courbe(const reel* c, int nb, float d);
 // The field's language function (a101) at p, added to F.
 void champ_fonction(Objet* f, const float* p, float* F);
 bool champs_globaux();  // any field object at all
+Objet* champ_de(float x);  // the field object of that number, or null
 Objet* champ_nomme(Objet* o);  // the field named by (cha, som), or null
 // A force image: s, or a negative value with no image.
 float image_force(Objet* o, const reel* ci, int nci, int i, float* F);
@@ -133,8 +135,11 @@ void obstacle_force(const float* p, float* v, float* F);
 // Springs of vertex p (rest position rp) to vertices of other volumes, from
 // its record of groups [k, c, volume, vertex].
 void ressorts_vol(Objet* o, const mot* rec, const float* p, const float* rp, const float* v, float* F);
-// The first collider pass: the vertices of (col, som) and the ranges of
-// (col, b77) put back in front of the colliders, with no force.
+// The vertices selected by (col, som) and the ranges of (col, b77), marked
+// in etat.col_choisi; false when none is.
+bool col_selection(Objet* o, int nb);
+// The first collider pass: the selected vertices put back in front of the
+// colliders, with no force.
 void col_premiere(Objet* o, float* som, int d, const float* vit, int nb, float* choc);
 // The windows of a running interaction, applied with no forces to r and its
 // followers (every root without r); the number of values changed.
@@ -142,7 +147,14 @@ int limite_inter(Vol_inter* r);
 // The pull and the re-rooting of a running interaction.
 int tire(mot* bloc);
 bool tire_forme(const mot* bloc);  // a phrase with the pull's arguments
+// A pull phrase holding a transformation, view, parts or skeleton keyword:
+// it is a program attached to the frame instead.
+bool tire_attache(const mot* bloc);
 int nb_records();
+// The window's pixel (px, py), rows from the top, at the depth of the world
+// point t under the current eye, back in the world; false when the eye
+// gives no depth there.
+bool pixel_monde(float px, float py, const float* t, float* out);
 int origine(Vol_inter* r);
 // The phrase `dyn pas(k) vol(n)`.
 int dyn_commande(mot* bloc, mot* valeur, const mot* limite);

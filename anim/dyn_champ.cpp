@@ -26,6 +26,8 @@ int type_champ(Objet* f) {
   return 0;
 }
 
+}  // namespace
+
 Objet* champ_de(float x) {
   mot n = 0;
   if (!reel_entier(x, &n)) return nullptr;
@@ -33,7 +35,6 @@ Objet* champ_de(float x) {
     if (o->type == B_CHA && o->numero == n) return o;
   return nullptr;
 }
-}  // namespace
 
 float courbe(const reel* c, int nb, float d) {
   const int n = nb / 3;

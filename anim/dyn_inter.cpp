@@ -10,16 +10,18 @@
 #include <cmath>
 #include <cstdio>
 #include <vector>
+#include <utility>
 
 #include "anim/dyn.h"
 #include "core/message.h"
 #include "display/display.h"
+#include "display/oeil.h"
 #include "geom/geom.h"
 #include "startup/startup.h"
 
 namespace dyn {
 namespace {
-constexpr int A_EXPOSANT = 47, A_FORCE = 59;
+constexpr int A_EXPOSANT = 47, A_FORCE = 59, A_SQUELETTE = 67, B_PARTIES = 119, B_VUE = 114;
 
 int limite_rec(Vol_inter* r, int prof) {
   if (prof > nb_records() + 1) return 0;  // a tree that leads back to itself
@@ -50,12 +52,63 @@ const reel* nombres(const mot* e, int* n) {
 }
 }  // namespace
 
+bool pixel_monde(float px, float py, const float* t, float* out) {
+  float vue[16], proj[16];
+  const int dx = fen.dimx > 0 ? fen.dimx : 1, dy = fen.dimy > 0 ? fen.dimy : 1;
+  oeil_matrices(dx, dy, vue, proj);
+  // M = proj vue, column-major as GL's; the clip depth of t is kept.
+  double m[16], g[4][8];
+  for (int c = 0; c < 4; ++c)
+    for (int r = 0; r < 4; ++r) {
+      double x = 0;
+      for (int k = 0; k < 4; ++k) x += static_cast<double>(proj[4 * k + r]) * vue[4 * c + k];
+      m[4 * c + r] = x;
+    }
+  double w = m[15], z = m[14];
+  for (int k = 0; k < 3; ++k) w += m[4 * k + 3] * t[k], z += m[4 * k + 2] * t[k];
+  if (!(std::fabs(w) > 1e-12)) return false;
+  // Mouse rows count from the top of the window, GL's from the bottom.
+  const double v[4] = {2.0 * px / dx - 1.0, 2.0 * (dy - py) / dy - 1.0, z / w, 1.0};
+  // Gauss-Jordan with partial pivoting on [M | I].
+  for (int r = 0; r < 4; ++r)
+    for (int c = 0; c < 8; ++c) g[r][c] = c < 4 ? m[4 * c + r] : (c - 4 == r ? 1.0 : 0.0);
+  for (int c = 0; c < 4; ++c) {
+    int piv = c;
+    for (int r = c + 1; r < 4; ++r)
+      if (std::fabs(g[r][c]) > std::fabs(g[piv][c])) piv = r;
+    if (!(std::fabs(g[piv][c]) > 1e-30)) return false;
+    for (int k = 0; k < 8; ++k) std::swap(g[c][k], g[piv][k]);
+    const double d = g[c][c];
+    for (double& x : g[c]) x /= d;
+    for (int r = 0; r < 4; ++r)
+      if (r != c) {
+        const double f = g[r][c];
+        for (int k = 0; k < 8; ++k) g[r][k] -= f * g[c][k];
+      }
+  }
+  double q[4];
+  for (int r = 0; r < 4; ++r) q[r] = g[r][4] * v[0] + g[r][5] * v[1] + g[r][6] * v[2] + g[r][7] * v[3];
+  if (!(std::fabs(q[3]) > 1e-30)) return false;
+  for (int k = 0; k < 3; ++k) out[k] = static_cast<float>(q[k] / q[3]);
+  return std::isfinite(out[0]) && std::isfinite(out[1]) && std::isfinite(out[2]);
+}
+
 int limite_inter(Vol_inter* r) {
   if (r) return limite_rec(r, 0);
   int n = 0;
   for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
     if (!v->lead) n += limite_rec(v, 0);
   return n;
+}
+
+bool tire_attache(const mot* bloc) {
+  const mot* e = bloc + 4;
+  for (int i = 0; i < bloc[2]; ++i, e += e[0])
+    if ((e[1] == 1 && (e[2] == B_BOITE || (e[2] >= B_ROTAK && e[2] <= B_ROTZK) || e[2] == B_AXEK ||
+                       e[2] == B_COURBE || e[2] == B_PARTIES || e[2] == B_VUE)) ||
+        (e[1] == 0 && e[2] == A_SQUELETTE))
+      return true;
+  return false;
 }
 
 bool tire_forme(const mot* bloc) {
@@ -73,9 +126,11 @@ int tire(mot* bloc) {
   const reel* coe = nullptr;
   int ncoe = 0, nsom = 0;
   float cible[3] = {0, 0, 0}, k1 = 1, e1 = 0;
-  bool a_cible = false;
+  bool a_cible = false, ecran = false;
   const reel* listes[8] = {};
   int nl[8] = {};
+  float angles[3] = {0, 0, 0};
+  int nang = 0;
   const mot* e = bloc + 4;
   for (int i = 0; i < bloc[2]; ++i, e += e[0]) {
     int n = 0;
@@ -93,13 +148,15 @@ int tire(mot* bloc) {
       e1 = x[0];
     } else if (e[1] == 0 && e[2] == A_FORCE && n > 0) {
       k1 = x[0];
+    } else if (e[1] == 1 && e[2] == B_JOI && n > 0) {
+      for (nang = 0; nang < n && nang < 3; ++nang) angles[nang] = std::isfinite(x[nang]) ? x[nang] : 0.f;
     } else if (e[1] == 1 && e[2] == B_PTS && n >= 3) {
       cible[0] = x[0], cible[1] = x[1], cible[2] = x[2], a_cible = true;
     } else if (e[1] == 1 && e[2] == B_SOU && n > 0) {
       const bool mouv = x[0] != 0;
       cible[0] = static_cast<float>(mouv ? fen.souris_x : fen.clic_x);
       cible[1] = static_cast<float>(mouv ? fen.souris_y : fen.clic_y);
-      cible[2] = 0, a_cible = true;
+      cible[2] = 0, a_cible = true, ecran = true;
     }
   }
   Vol_inter* b = nv > 0 ? vol_inter_de(vols[0]) : nullptr;
@@ -131,10 +188,16 @@ int tire(mot* bloc) {
     }
   if (nt == 0) monde_som(b, 0, t), nt = 1;
   for (float& c : t) c /= static_cast<float>(nt);
+  // The pointer's pixel, at the depth of the dragged point, in the world.
+  if (ecran && !pixel_monde(cible[0], cible[1], t, cible)) {
+    mot_imprime(1, B_TIRE);
+    message(0, MES_VALEUR);
+    return -1;
+  }
   float dir[3] = {cible[0] - t[0], cible[1] - t[1], cible[2] - t[2]};
   const float dist = norme(dir);
   unit(dir);
-  int paire = 0, pas = 0;
+  int paire = 0, pas = 0, vus = 0;
   for (Vol_inter* r = b; r && r != a && pas <= nb_records(); r = r->lead, ++pas) {
     reel* f = val2(r->objet, 1, B_FOR, 1, B_TIRE, 3);
     if (!f) continue;
@@ -147,6 +210,15 @@ int tire(mot* bloc) {
     float k = k1, ex = e1;
     if (coe && paire + 2 <= ncoe) k = coe[paire], ex = coe[paire + 1], paire += 2;
     const float s = ex >= 0 ? static_cast<float>(puissance(static_cast<double>(k) * dist, ex)) : k;
+    // The j-th record pulled takes the j-th angle, in degrees: its force
+    // turns about the lever, still across it.
+    if (vus < nang && angles[vus] != 0) {
+      const float a = angles[vus] / DEG, ca = std::cos(a), sa = std::sin(a);
+      float ux[3];
+      croix(u, ax, ux);
+      for (int c = 0; c < 3; ++c) ax[c] = ca * ax[c] + sa * ux[c];
+    }
+    ++vus;
     for (int c = 0; c < 3; ++c) f[c] += s * ax[c];
     float g[3] = {f[0], f[1], f[2]};
     if (norme(g) >= 0.0001f) {

@@ -33,23 +33,30 @@ void ressorts_vol(Objet* o, const mot* rec, const float* p, const float* rp, con
   }
 }
 
-void col_premiere(Objet* o, float* som, int d, const float* vit, int nb, float* choc) {
+bool col_selection(Objet* o, int nb) {
+  etat.col_choisi.assign(static_cast<std::size_t>(nb), 0);
+  bool un = false;
   int ns = 0, nr = 0;
   const reel* ls = val2(o, 1, B_COL, 1, B_SOMK, 1, &ns);
   const reel* lr = val2(o, 1, B_COL, 1, B_BORNES, 2, &nr);
-  auto un = [&](float x) {
+  for (int k = 0; ls && k < ns; ++k) {
     mot i = 0;
-    if (!reel_entier(x, &i, 1, nb)) return;  // a vertex it does not have
-    collision(o, som + static_cast<long>(i - 1) * d, vit + 3 * (i - 1), nullptr, false,
-              choc ? choc + 3 * (i - 1) : nullptr);
-  };
-  for (int k = 0; ls && k < ns; ++k) un(ls[k]);
+    if (reel_entier(ls[k], &i, 1, nb)) etat.col_choisi[static_cast<std::size_t>(i - 1)] = 1, un = true;
+  }
   for (int k = 0; lr && k + 2 <= nr; k += 2) {
     mot a = 0, b = 0;
     if (!reel_entier(lr[k], &a) || !reel_entier(lr[k + 1], &b)) continue;
     if (a < 1) a = 1;
     if (b > nb) b = nb;
-    for (mot i = a; i <= b; ++i) un(static_cast<float>(i));
+    for (mot i = a; i <= b; ++i) etat.col_choisi[static_cast<std::size_t>(i - 1)] = 1, un = true;
   }
+  return un;
+}
+
+void col_premiere(Objet* o, float* som, int d, const float* vit, int nb, float* choc) {
+  if (static_cast<int>(etat.col_choisi.size()) < nb) return;
+  for (int i = 0; i < nb; ++i)
+    if (etat.col_choisi[static_cast<std::size_t>(i)])
+      collision(o, som + static_cast<long>(i) * d, vit + 3 * i, nullptr, false, choc ? choc + 3 * i : nullptr);
 }
 }  // namespace dyn

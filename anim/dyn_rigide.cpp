@@ -11,7 +11,7 @@
 // Anchor and axis: (som, suiv) = (i) takes rest vertex i as the anchor and
 // the line to the centre as the axis; (i, j) with j not 0 takes the axis
 // from rest vertex i to j. Without it the anchor is the centre and the
-// axis is w. The optional term of the b33 list is not read.
+// axis is w. The b33 list adds listed fields at the anchor, each scaled.
 #include <array>
 #include <cmath>
 
@@ -122,6 +122,17 @@ int pas_rigide(Objet* o, int N, float* som, int d, int nb, const reel* repos) {
     I = m * norme(h);
   }
   if (!(std::fabs(I) > 1e-7f) || !std::isfinite(I)) I = m;
+  // 7. The b33 list, triples (k, field, spare): that field's force at the
+  // anchor, k times, turns the cloud through the same lever.
+  int nj = 0;
+  if (const reel* jl = val1(o, 1, B_JOI, 3, &nj))
+    for (int t = 0; t + 3 <= nj; t += 3)
+      if (Objet* f = champ_de(jl[t + 1])) {
+        float Fk[3] = {0, 0, 0}, Tk[3];
+        champ_un(f, o, p0, Fk);
+        croix(r, Fk, Tk);
+        for (int x = 0; x < 3; ++x) G[x] += jl[t] * Tk[x];
+      }
   // 8. The turn; a force that is no number leaves the step out.
   if (!(std::isfinite(G[0]) && std::isfinite(G[1]) && std::isfinite(G[2]))) return 0;
   for (int x = 0; x < 3; ++x) A[x] = G[x] / (static_cast<float>(N) * I);

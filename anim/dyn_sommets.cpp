@@ -141,7 +141,9 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
   }
   // 10. The first collider pass, without force: the selected vertices are
   // only put back in front of the colliders.
-  if (val1(o, 1, B_COL, 4)) col_premiere(o, som, d, vit, nb, choc);
+  const bool a_col = val1(o, 1, B_COL, 4) != nullptr;
+  const bool col_choix = a_col && col_selection(o, nb);
+  if (col_choix) col_premiere(o, som, d, vit, nb, choc);
   const bool l_for = liste_som(o, 2, std::array<mot, 4>{1, B_FOR, 1, B_SOMK}.data(), nb, etat.rec_for);
   const bool l_tem = liste_som(o, 2, std::array<mot, 4>{0, A_TEM, 1, B_SOMK}.data(), nb, etat.rec_tem);
   const bool l_alim = liste_som(o, 3, std::array<mot, 6>{1, B_ACC, 0, A_LIMK, 1, B_SOMK}.data(), nb, etat.rec_alim);
@@ -157,11 +159,15 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
   const mot* nrm_b = vol_valeur(o, 2, std::array<mot, 4>{1, B_NORMALE, 1, B_SOMK}.data());
   const reel* nrm = nrm_b && nrm_b[1] == BLOC_REEL ? reels(nrm_b + 4) : nullptr;
   const int nb_nrm = nrm ? (nrm_b[0] - 4) / 3 : 0;
-  const bool a_col = val1(o, 1, B_COL, 4) != nullptr;
   const reel* cvit = val2(o, 1, B_COE, 1, B_VIT, 1);
   int ncvit = 0;
   val2(o, 1, B_COE, 1, B_VIT, 1, &ncvit);
   const bool a_obs = obstacles(o);
+  // In random order a vertex also takes the rigid case's force at a vertex,
+  // (for, pre) = (x, y, z, vertex).
+  const reel* f_pre = aleat ? val2(o, 1, B_FOR, 1, B_PRE, 4) : nullptr;
+  mot i_pre = 0;
+  if (f_pre && !reel_entier(f_pre[3], &i_pre, 1, nb)) f_pre = nullptr;
   const bool a_cha = etat.l_cha || etat.cha_nom || etat.l_ima || val1(o, 1, B_CHA, 1) || val2(o, 1, B_CHA, 1, B_IMA, 7) || champs_globaux();
   // 12. The visit.
   if (aleat) permutation(nb);
@@ -187,10 +193,16 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
     float F[3] = {0, 0, 0};
     if (a_obs) obstacle_force(p, v, F);
     if (a_cha) champs(o, i + 1, p, F);
+    // 12.4: the colliders' force on a selected vertex, before its own terms.
+    int contact = 0;
+    const bool choisi = col_choix && etat.col_choisi[static_cast<std::size_t>(i)];
+    if (choisi) contact = collision(o, p, v, F, true, choc ? choc + 3 * i : nullptr);
     if (f_uni)
       for (int x = 0; x < 3; ++x) F[x] += f_uni[x];
     if (a_loc)
       for (int x = 0; x < 3; ++x) F[x] += f_loc[x];
+    if (f_pre && i == i_pre - 1)
+      for (int x = 0; x < 3; ++x) F[x] += f_pre[x];
     if (l_for) {
       const mot* r = etat.rec_for[static_cast<std::size_t>(i)];
       if (r && rec_long(r) >= 3)
@@ -204,8 +216,8 @@ int pas_sommets(Objet* o, int n, int N, bool en_inter) {
       const float s = -dot(v, nn) * ortho[0];
       for (int x = 0; x < 3; ++x) F[x] += s * nn[x];
     }
-    int contact = 0;
-    if (a_col) contact = collision(o, p, v, F, true, choc ? choc + 3 * i : nullptr);
+    // 12.9: every other vertex meets the colliders here.
+    if (a_col && !choisi) contact = collision(o, p, v, F, true, choc ? choc + 3 * i : nullptr);
     if (a_ressort && contact == 0) {
       const mot* rr = l_res ? etat.rec_res[static_cast<std::size_t>(i)] : nullptr;
       const reel* kc = res ? res : (rr && rec_long(rr) >= 2 ? rec_val(rr) : nullptr);

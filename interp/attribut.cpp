@@ -329,9 +329,18 @@ int attribut(mot* bloc, mot* valeur, const mot* limite) {
     }
     c.paires[2 * c.n] = e[1];
     c.paires[2 * c.n + 1] = e[2];
+    // Inside a path the text function's spelling names the field keyword.
+    if (e[1] == 0 && e[2] == 13) c.paires[2 * c.n] = 1, c.paires[2 * c.n + 1] = 122;
     ++c.n;
     if (e[1] == 1 && second_niveau(e[2])) c.selection = argument(e);
     else c.acces = argument(e);
+  }
+  // A window written limit first, (lim, rota), (lim, for, rota), (lim, joi),
+  // is kept under the path of what it limits followed by lim, (rota, lim),
+  // where the dynamics and the scene read it.
+  if (c.n >= 2 && c.paires[0] == 0 && c.paires[1] == 41) {
+    for (int k = 0; k + 1 < c.n; ++k) c.paires[2 * k] = c.paires[2 * k + 2], c.paires[2 * k + 1] = c.paires[2 * k + 3];
+    c.paires[2 * c.n - 2] = 0, c.paires[2 * c.n - 1] = 41;
   }
   if (c.type && c.ids && c.n == 0 && c.identite && !valeur) return identite(bloc, limite, c);
   if (!c.type || !c.ids || c.n == 0) {

@@ -167,7 +167,15 @@ Gestionnaire gestionnaire_suite(mot* bloc) {
     Gestionnaire g = e[1] == 0 ? table_a[e[2]] : table_b[e[2]];
     // The elements of a transformation (som as its pivot, fac and sommet as
     // its selection) have handlers of their own: the operation goes first.
-    if (est_transfo(g)) return g;
+    if (est_transfo(g)) {
+      // (rota, lim), (dep, lim)...: a transformation's keyword followed by
+      // lim names its window, an attribute.
+      if (k + 1 < bloc[2]) {
+        const mot* s = element_suivant(e);
+        if (s[1] == 0 && s[2] == 41) return nullptr;
+      }
+      return g;
+    }
     // Keywords whose handlers are not written yet stay attributes here.
     if (!trouve && e[1] == 1 && g != attribut && g != creation && g != configuration_seul && g != non_implemente)
       trouve = g;

@@ -14,7 +14,12 @@ namespace {
 // only when it carries its value (`vol nom("tete")`, `vol(1) b118(2)`):
 // without one it is a read (`vol(1) nom`, `vol(1) b117`), which must leave
 // the object as it is.
-bool clause_de_creation(mot* e, bool premier) {
+// A field (b122) has no transformations: its kind, b34 to b37 (the axis it
+// swirls about), is a creation clause too, as `cha(1) rotz`.
+constexpr int B_CHAMP = 122, B_ROTA = 34, B_ROTZ = 37;
+
+bool clause_de_creation(mot* e, bool premier, bool champ) {
+  if (champ && e[1] == 1 && e[2] >= B_ROTA && e[2] <= B_ROTZ && !argument(e)) return true;
   if (e[1] == 0) return (e[2] == A_NUM || e[2] == A_NOM) && argument(e);
   if (e[1] != 1) return false;
   switch (e[2]) {
@@ -28,10 +33,12 @@ bool clause_de_creation(mot* e, bool premier) {
 int creation(mot* bloc, mot* valeur, const mot* limite) {
   // vol(1) rotx(30), vol(1) som = ..., vol(1) cube(2): the keyword that acts
   // takes the phrase.
-  if (Gestionnaire g = gestionnaire_suite(bloc)) return g(bloc, valeur, limite);
   mot* e = premier_element(bloc);
+  const bool champ = e[1] == 1 && e[2] == B_CHAMP;
+  if (!champ)
+    if (Gestionnaire g = gestionnaire_suite(bloc)) return g(bloc, valeur, limite);
   bool cree = valeur == nullptr;
-  for (mot k = 0; k < bloc[2] && cree; ++k, e = element_suivant(e)) cree = clause_de_creation(e, k == 0);
+  for (mot k = 0; k < bloc[2] && cree; ++k, e = element_suivant(e)) cree = clause_de_creation(e, k == 0, champ);
   if (!cree) return attribut(bloc, valeur, limite);
   int r = objet_cree_phrase(bloc);
   if (r == POUR_ATTRIBUT) return attribut(bloc, valeur, limite);

@@ -57,7 +57,44 @@ int variable(Etat& e, const char* nom, bool appel) {
   return 0;
 }
 
+namespace {
+constexpr int A_CHA_TEXTE = 13, B_CHAMP = 122, A_FONC_CHAMP = 101, A_NUMERO = 57, A_NOM_OBJ = 82;
+
+// True when a keyword phrase goes on behind the text at p: an optional
+// bracket (strings inside it skipped whole), then a keyword of the graphic
+// list, the field's function keyword or an object's number or name clause.
+bool suivi_de_phrase(const char* p) {
+  p = sauter_blancs(p);
+  if (*p == '(') {
+    int prof = 0;
+    for (; *p; ++p) {
+      if (*p == '"') {
+        for (++p; *p && *p != '"'; ++p) {
+        }
+        if (!*p) return false;
+      } else if (*p == '(') {
+        ++prof;
+      } else if (*p == ')' && --prof == 0) {
+        ++p;
+        break;
+      }
+    }
+    if (prof != 0) return false;
+    p = sauter_blancs(p);
+  }
+  const char* f = p;
+  while (!fin_nom_lang(static_cast<unsigned char>(*f))) ++f;
+  if (f == p) return false;
+  const MotCle* m = mot_lang(p, static_cast<int>(f - p));
+  return m && (m->env != 0 || m->ordinal == A_FONC_CHAMP || m->ordinal == A_NUMERO || m->ordinal == A_NOM_OBJ);
+}
+}  // namespace
+
 int mot_cle(Etat& e, MotCle* m) {
+  // The text function and the field object share a spelling: a phrase
+  // behind it makes it the field object's keyword.
+  if (m->env == 0 && m->ordinal == A_CHA_TEXTE && suivi_de_phrase(e.p))
+    if (MotCle* c = mot_entree(1, B_CHAMP)) m = c;
   mot ptr = ptr_vers_mot(m);
   e.ref = false;
   e.operande = false;

@@ -1,7 +1,8 @@
 // orvane's vertex step, through `dyn pas(k) vol(n)` at the console, set
 // against a numpy reference of the same equations (tests/anim/dyn_ref.py)
 // at steps 1, 10 and 100: a hanging chain pinned at its top and a cloth
-// grid pinned at two corners, both falling under a uniform force.
+// grid pinned at two corners falling under a field object made at the
+// console.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -58,8 +59,10 @@ std::string liste(const std::vector<float>& v) {
 }
 
 // Runs the scene of volume 1 in orvane and in the reference; compares.
+// The uniform force is the volume's own, or a field object's (no points:
+// its coe vector acts on every vertex alike).
 void compare(const std::string& creation, const std::vector<int>& fixes, float m, const std::vector<float>& force,
-             const std::vector<float>& res) {
+             const std::vector<float>& res, bool champ = false) {
   // First the vertices and faces orvane made.
   std::string base = creation + "\n$ vol(1) som\n$ vol(1) fac\n";
   auto l0 = lignes(lance("cd " ORVANE_SOURCE " && " ORVANE_BIN " gra=0 ID ini=env/initb.h < " + fichier("a.in", base) +
@@ -80,7 +83,8 @@ void compare(const std::string& creation, const std::vector<int>& fixes, float m
     masj += std::string(i > 1 ? "," : "") + (fixe ? "null" : std::to_string(m));
   }
   masj += "]";
-  std::string script = creation + "\n" + mas + "\nvol(1) for = " + liste(force) + "\nvol(1) ressort = " + liste(res) +
+  const std::string f = champ ? "cha(1) num(1)\ncha(1) coe = " + liste(force) : "vol(1) for = " + liste(force);
+  std::string script = creation + "\n" + mas + "\n" + f + "\nvol(1) ressort = " + liste(res) +
                        "\ndyn pas(1) vol(1)\n$ vol(1) som\ndyn pas(9) vol(1)\n$ vol(1) som\ndyn pas(90) vol(1)\n$ vol(1) som\n";
   auto lo = lignes(lance("cd " ORVANE_SOURCE " && " ORVANE_BIN " gra=0 ID ini=env/initb.h < " + fichier("b.in", script) +
                          " 2>/dev/null"));
@@ -121,6 +125,6 @@ TEST(DynReference, ChaineSuspendue) {
 }
 
 TEST(DynReference, DrapEpingleADeuxCoins) {
-  compare("vol(1)\nvol(1) grille(5,5)", {31, 36}, 0.8f, {0, -0.03f, 0.011f}, {0.3f, -0.25f});
+  compare("vol(1)\nvol(1) grille(5,5)", {31, 36}, 0.8f, {0, -0.03f, 0.011f}, {0.3f, -0.25f}, true);
 }
 }  // namespace

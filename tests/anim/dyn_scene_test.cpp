@@ -1,6 +1,7 @@
 // What a running scene asks of the dynamics by phrase, typed at the console
 // of orvane with its window under Xvfb: the windows applied with no forces
-// and their count, the re-rooting of the tree, and the pull.
+// and their count, the re-rooting of the tree, the pull, and a pull with a
+// transformation that becomes a program of the frame.
 #include <cmath>
 
 #include "../display/outils_fenetre.h"
@@ -45,6 +46,19 @@ TEST(DynScene, LimitesOrigineEtTireParPhrase) {
   EXPECT_TRUE(attend(s.p, "77: Introuvable"));
   tape(s.p, "interaction tire vol(2) sommet(1, 1)");
   EXPECT_TRUE(attend(s.p, "tire Type de valeur illegal"));
+  // A pull holding a transformation runs at every frame: volume 2's
+  // vertices keep turning, and no pull force is written.
+  const auto s0 = valeurs(s.p, "vol(2) som");
+  ASSERT_EQ(s0.size(), 24u);
+  tape(s.p, "interaction tire vol(2) rotx(5)");
+  auto s1 = attend_valeurs(s.p, "vol(2) som", [&](const std::vector<float>& v) {
+    if (v.size() != s0.size()) return false;
+    float d = 0;
+    for (std::size_t k = 0; k < v.size(); ++k) d += std::fabs(v[k] - s0[k]);
+    return d > 1;
+  });
+  ASSERT_EQ(s1.size(), s0.size());
+  EXPECT_NE(s1, s0);
   // Re-rooted at 2: 1 now hangs from 2 with minus 2's angle.
   tape(s.p, "interaction origine vol(2)");
   auto b = attend_valeurs(s.p, "interaction rota vol(1)", [](const std::vector<float>& v) {

@@ -12,6 +12,8 @@
 
 #include "outils.h"
 #include "anim/dyn.h"
+#include "display/display.h"
+#include "display/oeil.h"
 #include "lang/lang.h"
 
 namespace {
@@ -538,5 +540,231 @@ TEST_F(DynSuite, AttributsAuHasardSansPlantage) {
   });
   EXPECT_GT(pas, 500);
   EXPECT_LT(sortie.size(), 200000u);
+}
+}  // namespace
+
+namespace {
+// The pull of TireLesSommetsVersUneCible: record 1 hangs by its vertex 1 at
+// the origin, centre (0, 3, 0); its vertex 2 at (0, 4, 0) is dragged.
+struct Tire : DynSuite {
+  Objet* o1 = nullptr;
+  Vol_inter* r1 = nullptr;
+  void prepare() {
+    o1 = volume_de({0, 0, 0, 0, 4, 0, 1, 4, 0}, {}, 1);
+    Objet* o2 = volume_de({0, 0, 0}, {}, 2);
+    r1 = record(o1);
+    Vol_inter* r2 = record(o2);
+    lie(r2, r1, 1, 1);
+    r1->centre[1] = 3;
+    for (Vol_inter* v : {r1, r2}) vol_inter_matrice(v);
+    remet();
+  }
+  void remet() { ecrit(o1, {1, dyn::B_FOR, 1, dyn::B_TIRE}, {0, 0, 0, 0}); }
+  std::vector<float> force() { return lit(o1, {1, dyn::B_FOR, 1, dyn::B_TIRE}); }
+};
+
+TEST_F(Tire, LesAnglesTournentLaForceAutourDuLevier) {
+  prepare();
+  // Without angle the force is 6 (0, 0, -1) (see the test above); u = (0, 1,
+  // 0) and u x (0, 0, -1) = (-1, 0, 0): 90 degrees give (-6, 0, 0), 30
+  // degrees 6 (-sin 30, 0, -cos 30); 450 is 90 again; a NaN angle none.
+  const float cas[][3] = {{90, -6, 0}, {30, -3, -6 * std::cos(0.5235988f)}, {450, -6, 0}, {std::nanf(""), 0, -6}};
+  for (const auto& c : cas) {
+    remet();
+    Phrase p;
+    p.c(1, dyn::B_VOLK, {1, 2}).c(1, dyn::B_SOMK, {2, 2}).c(1, dyn::B_COE, {2, 1}).c(1, dyn::B_JOI, {c[0], 5, 7, 9}).c(1, dyn::B_PTS, {3, 4, 0});
+    ASSERT_EQ(tire(p.m.data()), 0);
+    auto f = force();
+    EXPECT_NEAR(f[0], c[1], 1e-4f) << c[0];
+    EXPECT_NEAR(f[1], 0, 1e-5f) << c[0];
+    EXPECT_NEAR(f[2], c[2], 1e-4f) << c[0];
+    // The axis follows the turned force.
+    EXPECT_NEAR(r1->axe[0] * 6, c[1], 1e-4f) << c[0];
+  }
+  // Random angles and targets: the force keeps its size and stays across
+  // the lever.
+  std::mt19937 g(1234);
+  std::uniform_real_distribution<float> a(-2000, 2000), t(-50, 50);
+  for (int k = 0; k < 200; ++k) {
+    remet();
+    const float ang = a(g), x = t(g), z = t(g);
+    Phrase p;
+    p.c(1, dyn::B_VOLK, {1, 2}).c(1, dyn::B_SOMK, {2, 2}).c(1, dyn::B_COE, {1, -1}).c(1, dyn::B_JOI, {ang}).c(1, dyn::B_PTS, {x, 4, z});
+    ASSERT_EQ(tire(p.m.data()), 0);
+    auto f = force();
+    // Strength 1 (exponent below 0), |u x dir| = 1 with dir across u.
+    EXPECT_NEAR(std::hypot(f[0], f[1], f[2]), 1, 1e-4f);
+    EXPECT_NEAR(f[1], 0, 1e-5f);
+  }
+  // A transformation, view, parts or skeleton keyword in the phrase makes it
+  // a program of the frame; the pull's own arguments do not.
+  Phrase simple, rotx, vue, squelette;
+  simple.c(1, dyn::B_TIRE, {}).c(1, dyn::B_VOLK, {1}).c(1, dyn::B_JOI, {10}).c(1, dyn::B_PTS, {1, 2, 3});
+  rotx.c(1, dyn::B_TIRE, {}).c(1, dyn::B_VOLK, {1}).c(1, dyn::B_ROTXK, {5});
+  vue.c(1, dyn::B_TIRE, {}).c(1, 114, {1});
+  squelette.c(1, dyn::B_TIRE, {}).c(0, 67, {1});
+  EXPECT_FALSE(tire_attache(simple.m.data()));
+  EXPECT_TRUE(tire_attache(rotx.m.data()));
+  EXPECT_TRUE(tire_attache(vue.m.data()));
+  EXPECT_TRUE(tire_attache(squelette.m.data()));
+}
+
+TEST_F(Tire, LePointeurEstUnPixelRameneDansLeMonde) {
+  fen.dimx = 768, fen.dimy = 576;
+  oeil_courant = Oeil{};  // at (0, 0, -1000) towards the origin, y down the screen
+  // At the depth of the origin the window's half height, 288 pixels, spans
+  // 1000 tan(57.75 / 2 degrees) in the world; x to the right, y down.
+  const float demi = 1000 * std::tan(57.75f / 2 * 3.14159265f / 180);
+  const float o[3] = {0, 0, 0};
+  float w[3];
+  ASSERT_TRUE(pixel_monde(384, 288, o, w));
+  for (float c : w) EXPECT_NEAR(c, 0, 1e-3f);
+  ASSERT_TRUE(pixel_monde(484, 188, o, w));
+  EXPECT_NEAR(w[0], 100 * demi / 288, 1e-2f);
+  EXPECT_NEAR(w[1], -100 * demi / 288, 1e-2f);
+  EXPECT_NEAR(w[2], 0, 1e-2f);
+  // Random points and pixels, odd eyes too: projected back, the result lands
+  // on its pixel at the depth of its point.
+  std::mt19937 g(77);
+  std::uniform_real_distribution<float> u(-300, 300), px(0, 767), py(0, 575);
+  for (int k = 0; k < 100; ++k) {
+    oeil_courant.oeil[0] = u(g), oeil_courant.oeil[1] = u(g), oeil_courant.oeil[2] = -1500 + u(g);
+    oeil_courant.vise[0] = u(g), oeil_courant.vise[1] = u(g), oeil_courant.vise[2] = u(g);
+    const float t[3] = {u(g) / 3, u(g) / 3, u(g) / 3}, x = px(g), y = py(g);
+    ASSERT_TRUE(pixel_monde(x, y, t, w));
+    float vue[16], proj[16], a[4] = {0, 0, 0, 0}, b[4] = {0, 0, 0, 0}, at[4] = {0, 0, 0, 0};
+    oeil_matrices(768, 576, vue, proj);
+    for (int r = 0; r < 4; ++r) {
+      a[r] = vue[12 + r], at[r] = vue[12 + r];
+      for (int c = 0; c < 3; ++c) a[r] += vue[4 * c + r] * w[c], at[r] += vue[4 * c + r] * t[c];
+    }
+    EXPECT_NEAR(a[2], at[2], 0.05f);  // the same depth
+    for (int r = 0; r < 4; ++r)
+      for (int c = 0; c < 4; ++c) b[r] += proj[4 * c + r] * a[c];
+    EXPECT_NEAR((b[0] / b[3] + 1) * 384, x, 0.05f);
+    EXPECT_NEAR(576 - (b[1] / b[3] + 1) * 288, y, 0.05f);
+  }
+  // No depth to go back to: a point that is no number.
+  const float nan3[3] = {std::nanf(""), 0, 0};
+  EXPECT_FALSE(pixel_monde(10, 10, nan3, w));
+  // The pull by the pointer goes where the same pixel lands: as a pull to
+  // that world point given by numbers.
+  oeil_courant = Oeil{};
+  prepare();
+  fen.souris_x = 431, fen.souris_y = 97, fen.clic_x = 5, fen.clic_y = 570;
+  const float dedans[3] = {0, 4, 0};
+  float cible[3];
+  ASSERT_TRUE(pixel_monde(431, 97, dedans, cible));
+  Phrase par_souris, par_nombres;
+  par_souris.c(1, dyn::B_VOLK, {1, 2}).c(1, dyn::B_SOMK, {2, 2}).c(1, dyn::B_COE, {0.5f, 1}).c(1, dyn::B_SOU, {1});
+  par_nombres.c(1, dyn::B_VOLK, {1, 2}).c(1, dyn::B_SOMK, {2, 2}).c(1, dyn::B_COE, {0.5f, 1}).c(1, dyn::B_PTS, {cible[0], cible[1], cible[2]});
+  ASSERT_EQ(tire(par_souris.m.data()), 0);
+  const auto f1 = force();
+  remet();
+  ASSERT_EQ(tire(par_nombres.m.data()), 0);
+  const auto f2 = force();
+  for (int c = 0; c < 3; ++c) EXPECT_NEAR(f1[c], f2[c], 1e-3f * (1 + std::fabs(f2[c])));
+  EXPECT_GT(std::hypot(f1[0], f1[1], f1[2]), 1);
+  fen.dimx = fen.dimy = 0;
+}
+
+TEST_F(DynSuite, NuageRigideEtChampsDeLaListeJoi) {
+  if (piles.dim_obj < 20000) {
+    ASSERT_EQ(piles_alloue(100, 100000, 20000, 1000), 0);
+  }
+  monde();
+  ASSERT_GE(kom_charge("env/komb.h", 1), 0);
+  etats[1][dyn::B_RIGIDE] = 1;
+  // Anchored at rest vertex 1, centre (1, 0, 0): field 9 gives (0, 1.5, 0)
+  // at the anchor; k = 2 makes the torque (0, 0, 3), the inertia 3: one
+  // radian about the anchor. The volume names field 55, which does not
+  // exist, so no field reaches it but through its b33 list.
+  Objet* f = objet_cree(1, dyn::B_CHA, 0, nullptr, nullptr, 9);
+  ASSERT_NE(f, nullptr);
+  ecrit(f, {1, dyn::B_COE}, {0, 1.5f, 0});
+  const std::vector<float> repos{0, 0, 0, 2, 0, 0};
+  struct Cas {
+    std::vector<float> joi;
+    float angle;
+  };
+  const Cas cas[] = {{{2, 9, 0}, 1},
+                     {{-2, 9, 0}, -1},
+                     {{1, 9, 0, 1, 9, 0, 7, 1e30f, 0}, 1},  // two halves, an unknown field
+                     {{2, 9}, 0},                           // no whole triple
+                     {{std::nanf(""), 9, 0}, 0}};           // left out, the cloud stays
+  int num = 20;
+  for (const Cas& c : cas) {
+    Objet* p = volume_de(repos, {}, ++num);
+    ecrit(p, {1, dyn::B_MAS}, {5});
+    ecrit(p, {1, dyn::B_LEADK}, {7});
+    ecrit(p, {1, dyn::B_SOMK, 1, dyn::B_SUIVK}, {1});
+    ecrit(p, {1, dyn::B_RIGIDE, 1, dyn::B_PTS}, {0, 0, 0});
+    ecrit(p, {1, dyn::B_CHA}, {55});
+    ecrit(p, {1, dyn::B_COE, 1, dyn::B_FOR, 1, dyn::B_ROTAK}, {3});
+    ecrit(p, {1, dyn::B_JOI}, c.joi);
+    ASSERT_EQ(pas_sommets(p, 1, 1, false), 0);
+    auto s = sommets(p);
+    EXPECT_FLOAT_EQ(s[0], 0);
+    EXPECT_NEAR(s[3], 2 * std::cos(c.angle), 1e-5f) << c.joi.size();
+    EXPECT_NEAR(s[4], 2 * std::sin(c.angle), 1e-5f) << c.joi.size();
+  }
+  etats[1][dyn::B_RIGIDE] = 0;
+}
+
+TEST_F(DynSuite, OrdreAleatoireEtForceDuCasRigide) {
+  // (for, pre) = (0, -2, 0, 2): in random order vertex 2 takes (0, -2, 0)
+  // on top of its own force; in index order nobody does. 2.5 truncates to
+  // 2, as every vertex number; numbers out of range name no vertex.
+  const struct {
+    float sommet;
+    bool ale;
+    float y2;
+  } cas[] = {{2, true, -3}, {2, false, -1}, {99, true, -1}, {2.5f, true, -3}, {std::nanf(""), true, -1}, {-1e30f, true, -1}};
+  int num = 30;
+  for (const auto& c : cas) {
+    Objet* o = volume_de({0, 0, 0, 10, 0, 0, 20, 0, 0, 30, 0, 0, 40, 0, 0}, {}, ++num);
+    ecrit(o, {1, dyn::B_MAS}, {1});
+    ecrit(o, {1, dyn::B_FOR}, {0, -1, 0});
+    ecrit(o, {1, dyn::B_FOR, 1, dyn::B_PRE}, {0, -2, 0, c.sommet});
+    if (c.ale) ecrit(o, {1, dyn::B_DYN, 1, dyn::B_ALE}, {1});
+    ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+    auto s = sommets(o);
+    for (int i = 0; i < 5; ++i) EXPECT_FLOAT_EQ(s[3 * i + 1], i == 1 ? c.y2 : -1) << c.sommet << " " << i;
+  }
+}
+
+TEST_F(DynSuite, ForceDesCollisionneursSurLesSommetsChoisis) {
+  // The collider of PremierePasseDesCollisionneursSansForce, pressure 4.
+  // Vertex 1, selected, is first put 1.5 in front; then the pressure of its
+  // two contacts, once (not again among the collisions of every vertex):
+  // F = ((1.5 - d1) + (1.5 - d4)) 4 / 1.5 / 2 along +y.
+  Objet* c = volume_de({0, 0, 0.6f, 0, 0, 40, 0.5f, 0, 40, 0.5f, 0, 0.2f}, {{1, 2, 3, 4}}, 2);
+  ASSERT_NE(gen_normale_som(c, nullptr, 0), nullptr);
+  for (bool choisi : {true, false}) {
+    Objet* o = volume_de({0.2f, -0.3f, 0.1f, 100, 100, 100}, {}, choisi ? 1 : 3);
+    ecrit(o, {1, dyn::B_MAS}, {1});
+    ecrit(o, {1, dyn::B_COL}, {2, 4, 0, 1.5f});
+    if (choisi) ecrit(o, {1, dyn::B_COL, 1, dyn::B_SOMK}, {1});
+    ASSERT_EQ(pas_sommets(o, 1, 1, false), 0);
+    const float d1 = std::hypot(0.2f, 0.3f, 0.5f), d4 = std::hypot(0.3f, 0.3f, 0.1f);
+    const float w1 = 1 / d1, w4 = 1 / d4, W = w1 + w4;
+    auto s = sommets(o);
+    auto v = lit(o, {1, dyn::B_VIT, 1, dyn::B_SOMK});
+    if (choisi) {
+      const float p[3] = {(w4 * 0.5f) / W, 1.5f, (w4 * 0.2f) / W};
+      const float e1 = std::hypot(p[0], p[1], p[2] - 0.6f), e4 = std::hypot(p[0] - 0.5f, p[1], p[2] - 0.2f);
+      const float F = ((1.5f - e1) + (1.5f - e4)) * 4 / 1.5f / 2;
+      EXPECT_NEAR(v[1], F, 1e-4f);
+      EXPECT_NEAR(s[1], 1.5f + F, 1e-4f);
+      EXPECT_NEAR(s[0], p[0], 1e-5f);
+    } else {
+      // Met among every vertex's collisions: the force of its two contacts
+      // from behind, then put on the surface (b = 0).
+      const float F = ((1.5f - d1) + (1.5f - d4)) * 4 / 1.5f / 2;
+      EXPECT_NEAR(v[1], F, 1e-4f);
+      EXPECT_NEAR(s[0], (w4 * 0.5f) / W, 1e-5f);
+    }
+    EXPECT_FLOAT_EQ(s[3], 100);
+  }
 }
 }  // namespace

@@ -77,9 +77,6 @@ const char* const FIGURE[] = {
     "vol(4) som = 0,0,0, 16,0,0, 16,120,0, 0,120,0",
     "vol(5) som = 0,0,0, 16,0,0, 16,120,0, 0,120,0",
     "vol(2) fac = 4,3,2,1", "vol(3) fac = 4,3,2,1", "vol(4) fac = 4,3,2,1", "vol(5) fac = 4,3,2,1",
-    // The knees bend one way only.
-    "vol(3) rota lim = 0, 1.5",
-    "vol(5) rota lim = 0, 1.5",
     "oui anc",
 };
 
