@@ -5,5 +5,5 @@ set -e
 racine="$(cd "$(dirname "$0")/.." && pwd)"
 bash "$racine/scripts/installe.sh"
 bash "$racine/scripts/construit.sh"
-(cd "$racine/build" && ctest --output-on-failure -j2 "$@")
+(cd "$racine/build" && ctest --output-on-failure --timeout 600 -j2 "$@")
 bash "$racine/scripts/verifie.sh" "$@"

@@ -6,4 +6,4 @@ cd "$(dirname "$0")/.."
 cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Release -DORVANE_SANITIZE=ON >/dev/null
 cmake --build build-asan -j2
 cd build-asan
-ctest --output-on-failure -j2 "$@"
+ctest --output-on-failure --timeout 600 -j2 "$@"

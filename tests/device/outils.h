@@ -124,20 +124,33 @@ inline int port_libre(int k = 0) {
   return 20000 + static_cast<int>(g() % 30000);
 }
 
-// A Python program run beside the test; its output when it ends.
+// A Python program run beside the test; its output when it ends. A peer
+// that waits for a connection which never comes must not hold the suite:
+// it is ended after two minutes.
 struct Python {
   FILE* f = nullptr;
-  std::string fichier;
+  std::string fichier, lu;
   Python(const std::string& code, const std::string& args = "") {
     char modele[] = "/tmp/orvane-pyXXXXXX";
     int fd = mkstemp(modele);
     fichier = modele;
     (void)!write(fd, code.data(), code.size());
     close(fd);
-    f = popen(("/usr/bin/python3 " + fichier + " " + args + " 2>&1").c_str(), "r");
+    f = popen(("timeout 120 /usr/bin/python3 " + fichier + " " + args + " 2>&1").c_str(), "r");
+  }
+  // Reads the peer's lines up to `ligne` (its word that it listens): a
+  // loaded machine starts Python late. What is read stays in fin()'s text.
+  bool attend(const std::string& ligne) {
+    char buf[512];
+    while (f && std::fgets(buf, sizeof buf, f)) {
+      lu += buf;
+      if (ligne + "\n" == buf) return true;
+    }
+    return false;
   }
   std::string fin() {
-    std::string out;
+    std::string out = lu;
+    lu.clear();
     if (!f) return out;
     char buf[4096];
     std::size_t n;

@@ -107,7 +107,7 @@ print('polls', n, flush=True)
 TEST_F(Reseau, TcpClientOfAPythonServer) {
   int p = port_libre();
   Python serveur(SERVEUR_TCP, std::to_string(p));
-  dort(300);
+  ASSERT_TRUE(serveur.attend("pret"));
   ASSERT_EQ(lance({num(13), cl(0, A_INI, "TCP"), cl(0, A_NOM, "127.0.0.1"), port(p), cl(0, A_FLO), tem(300)}), 0) << sortie;
   EXPECT_NE(sortie.find("LANCEMENT CLIENT_TCP sur machine 127.0.0.1 et port " + std::to_string(p)), std::string::npos);
   EXPECT_NE(sortie.find("CONNECTION OK\n"), std::string::npos);
@@ -209,7 +209,7 @@ s.sendto(bytes(19) + bytes([28]) + bytes(4) + bytes([0, 0, 1, 2, 0, 0, 254, 254]
 TEST_F(Reseau, UdpClientBothWaysAndABusyPort) {
   int p = port_libre();
   Python ecoute(ECOUTE_UDP, std::to_string(p));
-  dort(300);
+  ASSERT_TRUE(ecoute.attend("pret"));
   ASSERT_EQ(lance({num(21), cl(0, A_INI, "UDP"), cl(0, A_NOM, "localhost"), port(p), tem(3000)}), 0) << sortie;
   EXPECT_NE(sortie.find("LANCEMENT CLIENT_UDP\n"), std::string::npos);
   EXPECT_EQ(ecrit({num(21)}, "bonjour udp"), 0);
@@ -330,7 +330,7 @@ for _ in range(2):
 TEST_F(Reseau, OscToAPythonListener) {
   int p = port_libre();
   Python ecoute(ECOUTE_OSC, std::to_string(p));
-  dort(300);
+  ASSERT_TRUE(ecoute.attend("pret"));
   ASSERT_EQ(lance({num(31), cl(0, A_INI, "OSC"), cl(0, A_NOM, "127.0.0.1"), port(p)}), 0) << sortie;
   Clause v = cl(0, 0, std::vector<float>{440.5f, -3, 1e20f});
   EXPECT_EQ(lance({num(31), cl(0, A_NOM, "/synth/freq")}, &v), 0) << sortie;
