@@ -12,6 +12,7 @@ namespace {
 constexpr int MAX_SLOTS = 16;    // a frame of floats on the machine stack
 constexpr int MAX_INSTR = 256;   // statements of one function
 constexpr int MAX_NOEUDS = 4096;
+constexpr int MAX_PROFONDEUR = 64;  // nested groups: the translation recurses
 
 enum : std::uint8_t { N_CONST, N_FORMEL, N_LOCAL, N_BIN, N_APPEL, N_BIN2 };
 enum : std::uint8_t { I_ABANDON, I_SI, I_RETOUR, I_AFFECTE, I_SAUT };
@@ -185,6 +186,7 @@ struct Trad {
   Pur& p;
   const mot* code;
   std::unordered_map<long, int> vu;  // statement offsets already translated
+  int profondeur = 0;
 };
 
 int noeud(Trad& t, const Noeud& n) {
@@ -250,8 +252,16 @@ int operande(Trad& t, const mot* q, const mot** suite) {
 
 // ( X ) or ( X op Y ): its node, and the item behind it; -1 for any other
 // shape.
+int groupe_(Trad& t, const mot* g, const mot** fin);
 int groupe(Trad& t, const mot* g, const mot** fin) {
-  if (g[0] != IT_OP || g[1] != '(') return -1;
+  if (g[0] != IT_OP || g[1] != '(' || t.profondeur >= MAX_PROFONDEUR) return -1;
+  ++t.profondeur;
+  const int r = groupe_(t, g, fin);
+  --t.profondeur;
+  return r;
+}
+
+int groupe_(Trad& t, const mot* g, const mot** fin) {
   const mot* q;
   const int a = operande(t, g + 2, &q);
   if (a < 0 || q[0] != IT_OP) return -1;

@@ -1,7 +1,8 @@
 // One assignment of scalars, decoded once for the turns of a counting pour.
 //
 // The shapes are those that the group walk already takes without the stack:
-//   ( V = ( A op B ) )                  V a variable, A and B scalar items
+//   ( V = ( A op B ) )                  V a variable, A and B scalar items or
+//                                       built-ins on one, fn ( X )
 //   ( ( X [ I ] ) op ( E ) )            op = or a compound assignment, E one
 //                                       operand or two around an operator,
 //                                       an operand a scalar item or an element
@@ -20,6 +21,7 @@ struct Operande {
   mot* const* indice = nullptr;  // the index's, for an element; null otherwise
   mot k[5];                      // a constant's block
   mot* kp = nullptr;
+  int fn = -1;  // the built-in applied to a scalar item's value, or -1
 };
 
 struct Rapide {
@@ -53,7 +55,7 @@ TOUJOURS_EN_LIGNE reel* element(const Operande& o) {
   return reels(b + 4) + k;
 }
 TOUJOURS_EN_LIGNE bool lit(const Operande& o, float* x) {
-  if (!o.indice) return scalaire(*o.bloc, x);
+  if (!o.indice) return scalaire(*o.bloc, x) && (o.fn < 0 || maths_scalaire(o.fn, *x, x));
   const reel* e = element(o);
   if (!e) return false;
   *x = *e;

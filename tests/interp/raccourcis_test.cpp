@@ -3,6 +3,7 @@
 // after a failure, on random sizes, indices and values.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -229,4 +230,32 @@ TEST(Raccourcis, ScalarFunctionsGiveTheGeneralWaysValuesAndFailures) {
   EXPECT_NE(rapide.find("Pile d'evaluation pleine"), std::string::npos) << rapide;
   EXPECT_NE(rapide.find("> 8.000000 \n"), std::string::npos) << rapide;
   std::system(("rm -rf " + dir).c_str());
+}
+
+TEST(Raccourcis, BuiltInsOnScalarsGiveThePhrasesValues) {
+  // sin, cos, abs, ... on one scalar are computed without their phrase, in
+  // loops and in single statements; a vector argument, a failure after them
+  // and a built-in that checks its argument take the general way.
+  std::mt19937 a(std::random_device{}());
+  for (int essai = 0; essai < 2; ++essai) {
+    const int n = 2 * (100000 + static_cast<int>(a() % 400000)) + 1;
+    const float x0 = static_cast<float>(a() % 20000) / 7.0f - 1400.0f;
+    std::string t = "s = 0\npour (i = 1, " + std::to_string(n) + ") s = s + sin(i)\n$ s\n";
+    t += "c = 1\npour (i = -50, 50, 0.37) c = cos(i) * c\n$ c, i\n";
+    t += "y = " + std::to_string(x0) + "\npour (k = 1, 9) y = abs(y) - ent(k)\n$ y\n";
+    t += "pour (k = 1, 9) y = ent(y) / frac(k)\n$ y, k\n";  // frac(k) = 0: division by zero
+    t += "u = vecteur(3)\npour (i = 1, 3) u = sin(u) + i\n$ u\n";
+    t += "x = " + std::to_string(x0) + "\nx = x + tanh(x)\n$ x\nx = signe(x) * arrondi(x)\n$ x\n";
+    t += "x = tan(x) / 0\n$ x, exp(3) - cosh(2), atan(1e30), sinh(-3), arrondi(2.5), racine(-4)\n";
+    t += "$ \"##FIN\"\n";
+    std::string rapide = sortie(t, false), lente = sortie(t, true);
+    EXPECT_EQ(rapide, lente) << t;
+    float s = 0;  // added up in floats, as the language does
+    for (int i = 1; i <= n; ++i) s += std::sin(static_cast<float>(i));
+    EXPECT_NE(rapide.find("> " + f6(s) + "\n"), std::string::npos) << f6(s) << "\n" << rapide;
+    EXPECT_EQ(compte(rapide, "Division par zero"), 2) << rapide;
+    float u = 0;
+    for (int i = 1; i <= 3; ++i) u = std::sin(u) + static_cast<float>(i);
+    EXPECT_NE(rapide.find("> " + f6(u) + f6(u) + f6(u)), std::string::npos) << rapide;
+  }
 }
