@@ -14,11 +14,12 @@ constexpr int MAX_INSTR = 256;   // statements of one function
 constexpr int MAX_NOEUDS = 4096;
 constexpr int MAX_PROFONDEUR = 64;  // nested groups: the translation recurses
 
-enum : std::uint8_t { N_CONST, N_FORMEL, N_LOCAL, N_BIN, N_APPEL, N_BIN2 };
+enum : std::uint8_t { N_CONST, N_FORMEL, N_LOCAL, N_BIN, N_APPEL, N_BIN2, N_MATHS };
 enum : std::uint8_t { I_ABANDON, I_SI, I_RETOUR, I_AFFECTE, I_SAUT };
 }  // namespace
 
-// One node of an expression. N_BIN: a, b its operands; N_APPEL: a the
+// One node of an expression. N_BIN: a, b its operands; N_MATHS: the
+// built-in of ordinal op on a; N_APPEL: a the
 // first of its b arguments in `liens`, f the callee, made from `code`;
 // N_BIN2: two operands that are constants or locals, read without a call
 // (slot and sb the locals' slots, -1 for the constants k and kb). `besoin`:
@@ -167,6 +168,10 @@ bool evalue(const Pur& p, const Noeud* n, const CadrePur& c, Objet* loc, float* 
       return appel_pur(p, n, c, loc, r);
     case N_BIN2:
       return valeur(p, n, c, loc, r);
+    case N_MATHS: {
+      float x;
+      return valeur(p, p.noeuds.data() + n->a, c, loc, &x) && maths_scalaire(n->op, x, r);
+    }
   }
   return false;
 }
@@ -219,6 +224,16 @@ int operande(Trad& t, const mot* q, const mot** suite) {
     return noeud(t, n);
   }
   if (q[0] == IT_OP && q[1] == '(') return groupe(t, q, suite);
+  if (q[0] == IT_MOT) {
+    // A built-in on one scalar, alone in its phrase.
+    if (!maths_directe(q[1]) || q[2] != IT_OP || q[3] != '(') return -1;
+    n.a = groupe(t, q + 2, suite);
+    const mot* f = *suite;
+    if (n.a < 0 || f[0] == IT_MOT || f[0] == IT_AIDE_MOT || f[0] == IT_LIGNE) return -1;
+    n.genre = N_MATHS;
+    n.op = static_cast<const MotCle*>(mot_vers_ptr(q[1]))->ordinal;
+    return noeud(t, n);
+  }
   if (q[0] <= 0 || q[1] != BLOC_OBJET) return -1;
   // A call of a linked function that is of the kind too, with its formals'
   // count of arguments.

@@ -2,8 +2,9 @@
 //
 // A function whose reachable statements are only `si (E)` heads, jumps,
 // assignments of its locals `V = (E)` and `retour (E)`, where every E is
-// made of constants, its locals, the four operations, comparisons, and calls
-// of such functions with as many arguments as they have formals, changes
+// made of constants, its locals, the four operations, comparisons, the
+// built-ins on one scalar (sin, abs, ...), and calls of such functions with
+// as many arguments as they have formals, changes
 // nothing but its own value. It is translated once into a small tree and
 // run on floats. A run that meets anything that is not plain (a division
 // that has to report, a local read before it is written, a retour without

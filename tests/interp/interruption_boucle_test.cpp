@@ -113,9 +113,10 @@ TEST(InterruptionBoucle, DeepRecursionUnwinds) {
   EXPECT_EQ(termine(p), 0);
 }
 
-// A function that only computes on scalars runs on floats; Ctrl-C in its
-// endless loop, or deep in its recursion, still reaches the menu, and the
-// prompt then works as before.
+// A function that only computes on scalars runs on floats, and a counting
+// loop over one scalar assignment turns alone; Ctrl-C in such an endless
+// loop, or deep in a recursion, still reaches the menu, and the prompt then
+// works as before.
 TEST(InterruptionBoucle, ScalarFunctionsStopToo) {
   char modele[] = "/tmp/orviXXXXXX";
   ASSERT_NE(mkdtemp(modele), nullptr);
@@ -126,7 +127,8 @@ TEST(InterruptionBoucle, ScalarFunctionsStopToo) {
   ASSERT_TRUE(attend(p, "empilements"));
   tape(p, "$ \"@pret\"");
   ASSERT_TRUE(attend(p, "@pret", 20000));
-  for (const char* ligne : {"$ tourne(3)", "$ fib(60)"}) {
+  for (const char* ligne : {"$ tourne(3)", "$ fib(60)", "s = 0; pour (i = 1, 1e9) s = s + sin(i)",
+                            "s = 0; pour (i = 1e9, 1, -1) s = s - i"}) {
     tape(p, ligne);
     attend_calcul(p.pid, 10);
     p.lu.clear();

@@ -198,6 +198,7 @@ TEST(Raccourcis, ScalarFunctionsGiveTheGeneralWaysValuesAndFailures) {
   fichier("pair", "pair(n)\n{\n  si (n < 1) retour 1\n  retour impair(n - 1)\n}\n");
   fichier("impair", "impair(n)\n{\n  si (n < 1) retour 0\n  retour pair(n - 1)\n}\n");
   fichier("nulle", "nulle(n)\n{\n  si (n > 2) retour n\n}\n");
+  fichier("onde", "onde(x, k)\n{\n  si (k < 1) retour 0 - sin(x)\n  retour onde(cos(x) * 2, k - 1) + abs(x) / tanh(k)\n}\n");
   auto nombre = [&](int lo, int hi) { return lo + static_cast<int>(a() % static_cast<unsigned>(hi - lo + 1)); };
   for (int essai = 0; essai < 2; ++essai) {
     const int n = nombre(12, 19), grand = 2 * nombre(500000, 9000000) + 1;
@@ -209,6 +210,7 @@ TEST(Raccourcis, ScalarFunctionsGiveTheGeneralWaysValuesAndFailures) {
     t += "x = 4\n$ inverse(" + std::to_string(profond) + ")\n$ x + 1\n";
     t += "$ plonge(1)\n$ x + 2\n$ lit(-1)\n$ lit(7.5)\n$ nulle(1)\n$ nulle(9)\n";
     t += "$ deux(vecteur(3), 2)\n$ deux(3)\n$ deux(\"ab\", 2)\n$ fib(vecteur(2))\n";
+    t += "$ onde(" + std::to_string(grand) + ", " + std::to_string(profond) + ")\n$ onde(0.5, -1), onde(3, 1)\n";
     t += "$ fib(1e9 - 0.5) < 0\n";  // so deep that it only fails
     t += "$ \"##FIN\"\n";
     std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");
@@ -221,6 +223,8 @@ TEST(Raccourcis, ScalarFunctionsGiveTheGeneralWaysValuesAndFailures) {
     EXPECT_NE(rapide.find("> 5.000000 \n"), std::string::npos) << "the line after a failure runs\n" << rapide;
     EXPECT_NE(rapide.find("> 7.500000 \n"), std::string::npos) << rapide;
     EXPECT_GE(compte(rapide, "pleine"), 2) << rapide;
+    const float o = (0 - std::sin(std::cos(3.f) * 2)) + std::fabs(3.f) / std::tanh(1.f);
+    EXPECT_NE(rapide.find(f6(0 - std::sin(0.5f)) + f6(o)), std::string::npos) << f6(o) << "\n" << rapide;
   }
   // A frame stack far larger than the machine stack can fill: the machine
   // stack is the limit that shows, on both ways alike.
