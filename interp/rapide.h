@@ -55,7 +55,7 @@ TOUJOURS_EN_LIGNE reel* element(const Operande& o) {
   return reels(b + 4) + k;
 }
 TOUJOURS_EN_LIGNE bool lit(const Operande& o, float* x) {
-  if (!o.indice) return scalaire(*o.bloc, x) && (o.fn < 0 || maths_scalaire(o.fn, *x, x));
+  if (!o.indice) return scalaire(*o.bloc, x);
   const reel* e = element(o);
   if (!e) return false;
   *x = *e;
@@ -72,7 +72,10 @@ TOUJOURS_EN_LIGNE bool rapide_tour(const Rapide& r, float* valeur) {
   float a, b, v;
   if constexpr (!ELEMENT) {
     mot* c = *r.cible.bloc;
-    if (!lit(r.a, &a) || !lit(r.b, &b) || !calcul_scalaire(r.op, a, b, &v)) return false;
+    if (!lit(r.a, &a) || !lit(r.b, &b)) return false;
+    if ((r.a.fn >= 0 && !maths_scalaire(r.a.fn, a, &a)) || (r.b.fn >= 0 && !maths_scalaire(r.b.fn, b, &b)))
+      return false;
+    if (!calcul_scalaire(r.op, a, b, &v)) return false;
     if (!c || c == bloc_nil || c[0] != 5 || c[1] != BLOC_REEL) return false;
     ecrit_reel(c + 4, v);
     *valeur = v;
