@@ -4,8 +4,9 @@
 # off, and numpy float32 for the vector arithmetic, on the same programs in
 # one run. Each program times itself, so start-up and compilation are left
 # out; the median of five runs is kept. Then callgrind's instructions per
-# iteration of the first three programs (they do not depend on the
-# machine's load), and the start-up time to the end of empty input.
+# iteration of the scalar loop, fib, the elements and the sin loop (they do
+# not depend on the machine's load), and the start-up time to the end of
+# empty input.
 # CALLGRIND=0 skips the instruction counts.
 set -e
 cd "$(dirname "$0")/.."
@@ -106,8 +107,8 @@ for i = 1, N do s = s + sin(i) end'
 
 # The counts of each program: timed runs, then two smaller ones for callgrind.
 declare -A n=([boucle]=3000000 [fib]=25 [elements]=1000 [chaines]=100000 [sinus]=1000000 [vecteur]=5000)
-declare -A cg1=([boucle]=100000 [fib]=15 [elements]=20)
-declare -A cg2=([boucle]=200000 [fib]=16 [elements]=40)
+declare -A cg1=([boucle]=100000 [fib]=15 [elements]=20 [sinus]=100000)
+declare -A cg2=([boucle]=200000 [fib]=16 [elements]=40 [sinus]=200000)
 
 racine=$PWD
 ln -s "$racine/env" "$tmp/env"
@@ -179,7 +180,7 @@ iterations() {  # program a b: the iterations between counts a and b
 }
 if [ "${CALLGRIND:-1}" != 0 ] && command -v valgrind >/dev/null; then
   printf "\n%-9s %12s %12s   %s\n" programme "orvane Ir/it" "lua Ir/it" ratio
-  for p in boucle fib elements; do
+  for p in boucle fib elements sinus; do
     ecrit_ova $p "${cg1[$p]}" "$tmp/a.ova"
     ecrit_ova $p "${cg2[$p]}" "$tmp/b.ova"
     ecrit_lua $p "${cg1[$p]}" "$tmp/a.lua"

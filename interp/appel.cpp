@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "interp/interne.h"
+#include "interp/pur.h"
 
 namespace {
 int introuvable(const char* nom) {
@@ -102,6 +103,18 @@ int appeler_fonction(mot* appel, bool copier) {
     code = f->code;
   }
   if (!code || code[1] != IT_CODE) return ECHEC;
+  // A function that only computes on scalars runs on floats; when that run
+  // gives up, the call runs below from its start as if it never had.
+  if (copier && !(interrompu | reprise_demandee | debug.drapeau) && etat_a(A_PAS) != 1)
+    if (const Pur* pu = pur_de(f)) {
+      float v;
+      if (place(appel, 5) && pur_appel(pu, appel, &v)) {
+        ecrit_scalaire(appel, v);
+        piles.eva_haut = appel + 5;
+        interp.passes += 2;  // the statements of the call and the one after it
+        return 0;
+      }
+    }
   const mot nslots = code[2], nformels = code[3];
   Objet* slots = piles.loc_haut;
   if (__builtin_expect(slots + nslots + 1 >= piles.loc_fin, 0)) {

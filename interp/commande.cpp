@@ -148,6 +148,10 @@ int non_implemente(mot* bloc, mot*, const mot*) {
 
 int interne(mot* bloc, mot*, const mot* limite) { return fonction_interne(bloc, limite); }
 
+bool fonction_seule(int ord) {
+  return ord >= 0 && ord < NB_ORDINAUX && !enregistres[0][ord] && table_a[ord] == interne;
+}
+
 // Keywords that begin an attribute path of the dynamics, in which a
 // transformation's keyword is a name, as in (vit, rota) or (ressort, rota):
 // for b113, b111, b89, b151, b33 and a41.

@@ -181,6 +181,63 @@ mot* tours(mot* h, Boucle* b, const Rapide& r, float* valeur, bool* tourne, F at
   }
 }
 
+// The operator of ( V = ( A op B ) ), fixed for the loop when it is one of
+// the frequent ones (0: any, through calcul_scalaire).
+template <mot OP>
+TOUJOURS_EN_LIGNE bool calcul(mot op, float a, float b, float* r) {
+  if constexpr (OP == '+') *r = a + b;
+  else if constexpr (OP == '-') *r = a - b;
+  else if constexpr (OP == '*') *r = a * b;
+  else return calcul_scalaire(op, a, b, r);
+  return true;
+}
+
+// The turns of ( V = ( A op B ) ), as tours<false> makes them, with the
+// places of the operands, the step and the limit held for the loop. Inside
+// the turns only the interrupt and the restart can change: the step mode
+// and the debug options change by statements, and none runs here. The
+// number of turns made goes to `nb`.
+template <mot OP, bool FN>
+[[gnu::noinline]] mot* tours_scalaires(mot* h, Boucle* b, const Rapide& r, float* valeur, long* nb) {
+  using rapide_detail::scalaire;
+  mot* const* const pa = r.a.bloc;
+  mot* const* const pb = r.b.bloc;
+  mot* const* const pc = r.cible.bloc;
+  mot* const* const pv = &b->variable->donnees;
+  const mot op = r.op;
+  const int fa = r.a.fn, fb = r.b.fn;
+  const float pas = b->pas, limite = b->limite;
+  float v = 0;
+  long n = 0;
+  mot* suite;
+  for (;;) {
+    float x, y;
+    mot* c;
+    if ((interrompu | reprise_demandee) || !scalaire(*pa, &x) || !scalaire(*pb, &y) ||
+        (FN && ((fa >= 0 && !maths_scalaire(fa, x, &x)) || (fb >= 0 && !maths_scalaire(fb, y, &y)))) ||
+        !calcul<OP>(op, x, y, &v) || !(c = *pc) || c == bloc_nil || c[0] != 5 || c[1] != BLOC_REEL) {
+      suite = h + h[8];
+      break;
+    }
+    ecrit_reel(c + 4, v);
+    *valeur = v;
+    ++n;
+    mot* w = *pv;
+    if (!w || w[0] <= 4 || w[1] != BLOC_REEL) {
+      suite = h + h[9] - 2;  // the walk's step says what is wrong
+      break;
+    }
+    reel* e = reels(w + 4);
+    const float i = *e += pas;
+    if ((pas > 0 && i > limite) || (pas < 0 && i < limite)) {
+      suite = h + h[9];
+      break;
+    }
+  }
+  *nb = n;
+  return suite;
+}
+
 template <class F>
 mot* boucle_rapide(mot* h, Boucle* b, mot* s, mot ligne, mot* resultat, F attention) {
   Rapide r;
@@ -188,8 +245,20 @@ mot* boucle_rapide(mot* h, Boucle* b, mot* s, mot ligne, mot* resultat, F attent
   interp.instruction = s;
   float valeur = 0;
   bool tourne = false;
-  mot* suite = r.element ? tours<true>(h, b, r, &valeur, &tourne, attention)
-                         : tours<false>(h, b, r, &valeur, &tourne, attention);
+  mot* suite;
+  if (!r.element && b->variable && !attention()) {
+    long n = 0;
+    if (r.a.fn >= 0 || r.b.fn >= 0) suite = tours_scalaires<0, true>(h, b, r, &valeur, &n);
+    else if (r.op == '+') suite = tours_scalaires<'+', false>(h, b, r, &valeur, &n);
+    else if (r.op == '-') suite = tours_scalaires<'-', false>(h, b, r, &valeur, &n);
+    else if (r.op == '*') suite = tours_scalaires<'*', false>(h, b, r, &valeur, &n);
+    else suite = tours_scalaires<0, false>(h, b, r, &valeur, &n);
+    interp.passes += static_cast<unsigned long>(n);
+    tourne = n > 0;
+  } else {
+    suite = r.element ? tours<true>(h, b, r, &valeur, &tourne, attention)
+                      : tours<false>(h, b, r, &valeur, &tourne, attention);
+  }
   if (tourne) {
     // What the walk leaves behind the turns it did not make.
     if (ligne) interp.ligne = ligne;

@@ -78,6 +78,28 @@ double somme(const Argument& a) {
 }
 }  // namespace
 
+bool maths_scalaire(int ord, float v, float* r) {
+  // The same expressions as the element-wise loops below, one element.
+  switch (ord) {
+    case F_ARRONDI: *r = std::round(v); return true;
+    case F_COS: *r = std::cos(v); return true;
+    case F_SIN: *r = std::sin(v); return true;
+    case F_TAN: *r = std::tan(v); return true;
+    case F_EXP: *r = std::exp(v); return true;
+    case F_ATAN: *r = std::atan(v); return true;
+    case F_COSH: *r = std::cosh(v); return true;
+    case F_SINH: *r = std::sinh(v); return true;
+    case F_TANH: *r = std::tanh(v); return true;
+    case F_ABS: *r = std::fabs(v); return true;
+    case F_SIGNE: *r = static_cast<float>((v > 0) - (v < 0)); return true;
+    case F_PLANCHER: *r = std::floor(v); return true;
+    case F_PLAFOND: *r = std::ceil(v); return true;
+    case F_ENT: *r = std::trunc(v); return true;
+    case F_FRAC: *r = v - std::trunc(v); return true;
+  }
+  return false;
+}
+
 int fonction_maths(int ord, mot* bloc, const mot* limite, const Argument& a) {
   switch (ord) {
     case F_ARRONDI: return applique(bloc, limite, a, [](float v) { return std::round(v); });

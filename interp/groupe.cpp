@@ -210,7 +210,15 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
       // x = (...): the right side first; a scalar into a variable that owns
       // a scalar is stored in place. (a op b) on scalars needs no walk.
       mot* q;
+      float y;
+      const mot* f;
       if (binaire_scalaire(p + 6, base)) q = p + 14;
+      else if ((f = expression_scalaire(p + 4, &y, false)) && place(base, 5)) {
+        // Operands that are built-ins on scalars, or elements, read at once.
+        ecrit_scalaire(base, y);
+        piles.eva_haut = base + 5;
+        q = const_cast<mot*>(f);
+      }
       else if (item == interp.instruction && interp.raccourcis && forme_ajout(item) &&
                (q = ajout_en_place(item, base)))
         return q;  // s = s, t as a whole statement: appended in place
@@ -376,6 +384,15 @@ mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat) {
             std::memcpy(base, tete, sizeof tete);
             haut = base + 7 + n;
             p = q;
+            continue;
+          }
+          float y;
+          if (const mot* f = appel_maths(p, &y); f && place(haut, 5)) {
+            // A built-in on one scalar: its value, without its phrase.
+            ecrit_scalaire(haut, y);
+            haut += 5;
+            piles.eva_haut = haut;
+            p = const_cast<mot*>(f);
             continue;
           }
           piles.eva_haut = haut;

@@ -179,9 +179,34 @@ TOUJOURS_EN_LIGNE reel* element_direct(const mot* g, bool ecriture) {
   return reels(b + 4) + k;
 }
 
-// An operand of a scalar expression: a scalar item (two words) or an
-// element group (twelve); its length, or 0.
+// ---- built-ins on one scalar -------------------------------------------------
+// The value of an element-wise built-in of list "a" (sin, cos, abs, ...) on
+// one float; false for the others, which take their phrase.
+bool maths_scalaire(int ord, float v, float* r);
+// The handler of a0:ord is the built-ins' own, with none registered before it.
+bool fonction_seule(int ord);
+// The keyword entry at `m` (an IT_MOT word) is such a built-in.
+inline bool maths_directe(mot m) {
+  const MotCle* k = static_cast<const MotCle*>(mot_vers_ptr(m));
+  float r;
+  return k && k->env == 0 && k->e1 >= 0 && maths_scalaire(k->ordinal, 0.0f, &r) && fonction_seule(k->ordinal);
+}
+// fn ( A ) with fn such a built-in and A a scalar item: its value and the
+// item behind, or null. A phrase goes on over the keywords and line marks
+// that follow, and is then no longer a call of one built-in.
+TOUJOURS_EN_LIGNE const mot* appel_maths(const mot* p, float* r) {
+  float x;
+  if (!interp.raccourcis || p[0] != IT_MOT || p[2] != IT_OP || p[3] != '(' || p[6] != IT_OP || p[7] != ')' || p[4] >= 0 ||
+      p[8] == IT_MOT || p[8] == IT_AIDE_MOT || p[8] == IT_LIGNE || !scalaire_item(p + 4, &x) || !maths_directe(p[1]))
+    return nullptr;
+  const MotCle* k = static_cast<const MotCle*>(mot_vers_ptr(p[1]));
+  return maths_scalaire(k->ordinal, x, r) ? p + 8 : nullptr;
+}
+
+// An operand of a scalar expression: a scalar item (two words), a built-in
+// on one (eight) or an element group (twelve); its length, or 0.
 TOUJOURS_EN_LIGNE int operande_scalaire(const mot* p, float* x) {
+  if (p[0] == IT_MOT) return appel_maths(p, x) ? 8 : 0;
   if (p[0] == IT_OP) {
     const reel* e = element_direct(p, false);
     if (!e) return 0;
@@ -236,6 +261,7 @@ TOUJOURS_EN_LIGNE const mot* expression_scalaire(const mot* g, float* r, bool se
   // The shape first, from the items' kinds alone; then the values.
   auto forme = [](const mot* p) {
     if (p[0] == IT_REEL || p[0] == IT_LOCAL || p[0] == IT_GLOBAL || p[0] == IT_STATIQUE) return 2;
+    if (p[0] == IT_MOT) return 8;  // its shape is checked with its value
     return forme_element(p) ? 12 : 0;
   };
   const mot* p = g + 2;

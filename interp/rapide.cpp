@@ -33,6 +33,19 @@ bool item(Operande& o, const mot* it) {
   return true;
 }
 
+// A scalar item, or fn ( X ) with fn a built-in on one scalar: its length,
+// or 0.
+int terme(Operande& o, const mot* p) {
+  if (p[0] == IT_MOT) {
+    if (p[2] != IT_OP || p[3] != '(' || p[4] >= 0 || p[6] != IT_OP || p[7] != ')' || p[8] == IT_MOT ||
+        p[8] == IT_AIDE_MOT || p[8] == IT_LIGNE || !maths_directe(p[1]))
+      return 0;
+    o.fn = static_cast<const MotCle*>(mot_vers_ptr(p[1]))->ordinal;
+    return item(o, p + 4) ? 8 : 0;
+  }
+  return p[0] < 0 && item(o, p) ? 2 : 0;
+}
+
 // ( V [ I ] ), twelve words.
 bool element(Operande& o, Operande& indice, const mot* g, bool ecrit) {
   if (!forme_element(g) || !variable(o, g + 2, ecrit) || !item(indice, g + 6)) return false;
@@ -52,12 +65,18 @@ bool rapide_prepare(Rapide& r, const mot* s) {
   const mot* p = s + 2;
   if (p[0] == IT_LOCAL || p[0] == IT_GLOBAL || p[0] == IT_STATIQUE) {
     // ( V = ( A op B ) )
-    if (!(p[2] == IT_OP && p[3] == '=' && p[4] == IT_OP && p[5] == '(' && p[6] < 0 && p[8] == IT_OP &&
-          p[10] < 0 && p[12] == IT_OP && p[13] == ')' && p[14] == IT_OP && p[15] == ')'))
-      return false;
+    if (!(p[2] == IT_OP && p[3] == '=' && p[4] == IT_OP && p[5] == '(')) return false;
+    const int na = terme(r.a, p + 6);
+    if (!na) return false;
+    const mot* o = p + 6 + na;
+    if (o[0] != IT_OP || ouvrant(o[1]) || fermant(o[1])) return false;
+    const int nb = terme(r.b, o + 2);
+    if (!nb) return false;
+    const mot* f = o + 2 + nb;
+    if (!(f[0] == IT_OP && f[1] == ')' && f[2] == IT_OP && f[3] == ')')) return false;
     r.element = false;
-    r.op = p[9];
-    return variable(r.cible, p, true) && item(r.a, p + 6) && item(r.b, p + 10);
+    r.op = o[1];
+    return variable(r.cible, p, true);
   }
   // ( ( X [ I ] ) op ( E ) )
   if (!forme_element(p) || p[12] != IT_OP || fermant(p[13]) || p[14] != IT_OP || p[15] != '(') return false;

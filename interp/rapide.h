@@ -1,7 +1,8 @@
 // One assignment of scalars, decoded once for the turns of a counting pour.
 //
 // The shapes are those that the group walk already takes without the stack:
-//   ( V = ( A op B ) )                  V a variable, A and B scalar items
+//   ( V = ( A op B ) )                  V a variable, A and B scalar items or
+//                                       built-ins on one, fn ( X )
 //   ( ( X [ I ] ) op ( E ) )            op = or a compound assignment, E one
 //                                       operand or two around an operator,
 //                                       an operand a scalar item or an element
@@ -20,6 +21,7 @@ struct Operande {
   mot* const* indice = nullptr;  // the index's, for an element; null otherwise
   mot k[5];                      // a constant's block
   mot* kp = nullptr;
+  int fn = -1;  // the built-in applied to a scalar item's value, or -1
 };
 
 struct Rapide {
@@ -70,7 +72,10 @@ TOUJOURS_EN_LIGNE bool rapide_tour(const Rapide& r, float* valeur) {
   float a, b, v;
   if constexpr (!ELEMENT) {
     mot* c = *r.cible.bloc;
-    if (!lit(r.a, &a) || !lit(r.b, &b) || !calcul_scalaire(r.op, a, b, &v)) return false;
+    if (!lit(r.a, &a) || !lit(r.b, &b)) return false;
+    if ((r.a.fn >= 0 && !maths_scalaire(r.a.fn, a, &a)) || (r.b.fn >= 0 && !maths_scalaire(r.b.fn, b, &b)))
+      return false;
+    if (!calcul_scalaire(r.op, a, b, &v)) return false;
     if (!c || c == bloc_nil || c[0] != 5 || c[1] != BLOC_REEL) return false;
     ecrit_reel(c + 4, v);
     *valeur = v;

@@ -3,6 +3,7 @@
 // return codes back to the top-level prompt.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -110,4 +111,35 @@ TEST(InterruptionBoucle, DeepRecursionUnwinds) {
   tape(p, "$ profond(2)");  // the frames of the abandoned run are gone
   EXPECT_TRUE(attend(p, "0.000000"));
   EXPECT_EQ(termine(p), 0);
+}
+
+// A function that only computes on scalars runs on floats, and a counting
+// loop over one scalar assignment turns alone; Ctrl-C in such an endless
+// loop, or deep in a recursion, still reaches the menu, and the prompt then
+// works as before.
+TEST(InterruptionBoucle, ScalarFunctionsStopToo) {
+  char modele[] = "/tmp/orviXXXXXX";
+  ASSERT_NE(mkdtemp(modele), nullptr);
+  std::string dir = modele;
+  std::ofstream(dir + "/tourne.fon") << "tourne(n)\n{\n  tantque (1) n = n + 1\n  retour n\n}\n";
+  std::ofstream(dir + "/fib.fon") << "fib(n)\n{\n  si (n < 2) retour n\n  retour fib(n - 1) + fib(n - 2)\n}\n";
+  Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h", "uti=" + dir + "/"});
+  ASSERT_TRUE(attend(p, "empilements"));
+  tape(p, "$ \"@pret\"");
+  ASSERT_TRUE(attend(p, "@pret", 20000));
+  for (const char* ligne : {"$ tourne(3)", "$ fib(60)", "s = 0; pour (i = 1, 1e9) s = s + sin(i)",
+                            "s = 0; pour (i = 1e9, 1, -1) s = s - i"}) {
+    tape(p, ligne);
+    attend_calcul(p.pid, 10);
+    p.lu.clear();
+    kill(p.pid, SIGINT);
+    ASSERT_TRUE(attend(p, "Interruption", 20000)) << ligne;
+    tape(p, "0");
+    ASSERT_TRUE(attend(p, "Abandon", 20000)) << ligne;
+    p.lu.clear();
+    tape(p, "$ fib(17) + 0.5");
+    EXPECT_TRUE(attend(p, "1597.500000", 20000)) << ligne;
+  }
+  EXPECT_EQ(termine(p), 0);
+  std::system(("rm -rf " + dir).c_str());
 }

@@ -3,6 +3,7 @@
 // after a failure, on random sizes, indices and values.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -14,10 +15,12 @@
 
 namespace {
 // The whole output of a console text, on the direct or the general way.
-std::string sortie(const std::string& entree, bool lent, const std::string& uti = "") {
+std::string sortie(const std::string& entree, bool lent, const std::string& uti = "",
+                   const std::string& cle = "") {
   if (lent) setenv("ORVANE_LENT", "1", 1);
   std::vector<std::string> args = {"gra=0", "ID", "ini=env/initb.h"};
   if (!uti.empty()) args.push_back("uti=" + uti);
+  if (!cle.empty()) args.push_back(cle);
   Processus p = lance_orvane(args);
   unsetenv("ORVANE_LENT");
   bool fini = nourrit(p, entree, "##FIN", 60000);
@@ -170,4 +173,93 @@ TEST(Raccourcis, LoopsOverOneStatementTurnAloneAndHandBackAlike) {
     EXPECT_NE(rapide.find("> 1023.000000 \n"), std::string::npos) << "i = i * 2, then its step\n" << rapide;
   }
   std::system(("rm -rf " + dir).c_str());
+}
+
+TEST(Raccourcis, ScalarFunctionsGiveTheGeneralWaysValuesAndFailures) {
+  // Functions that only compute on scalars run on floats; whatever such a
+  // run cannot finish plainly runs again the general way. Recursion, locals,
+  // loops, calls between functions, then each way of failing: a division by
+  // zero deep down, a local read before it is written, a recursion without
+  // end (the frames' records, or the machine stack with a large frame
+  // stack), arguments that are not scalars or missing.
+  std::mt19937 a(std::random_device{}());
+  char modele[] = "/tmp/orvpXXXXXX";
+  ASSERT_NE(mkdtemp(modele), nullptr);
+  std::string dir = modele;
+  auto fichier = [&](const std::string& nom, const std::string& texte) { std::ofstream(dir + "/" + nom + ".fon") << texte; };
+  fichier("fib", "fib(n)\n{\n  si (n < 2) retour n\n  retour fib(n - 1) + fib(n - 2)\n}\n");
+  fichier("moyenne", "moyenne(a, b, c)\n{\n  m = a + b\n  m = m + c\n  retour m / 3\n}\n");
+  fichier("total", "total(n)\n{\n  s = 0\n  i = 1\n  tantque (i <= n)\n  {\n    s = s + i\n    i = i + 1\n  }\n"
+                   "  retour s\n}\n");
+  fichier("inverse", "inverse(n)\n{\n  si (n < 1) retour 1 / n\n  retour inverse(n - 1) + 1\n}\n");
+  fichier("plonge", "plonge(n)\n{\n  retour plonge(n + 1) * 2\n}\n");
+  fichier("lit", "lit(n)\n{\n  si (n > 0) m = n\n  retour m\n}\n");
+  fichier("deux", "deux(a, b)\n{\n  retour a * b - moyenne(a, b, 1)\n}\n");
+  fichier("pair", "pair(n)\n{\n  si (n < 1) retour 1\n  retour impair(n - 1)\n}\n");
+  fichier("impair", "impair(n)\n{\n  si (n < 1) retour 0\n  retour pair(n - 1)\n}\n");
+  fichier("nulle", "nulle(n)\n{\n  si (n > 2) retour n\n}\n");
+  fichier("onde", "onde(x, k)\n{\n  si (k < 1) retour 0 - sin(x)\n  retour onde(cos(x) * 2, k - 1) + abs(x) / tanh(k)\n}\n");
+  auto nombre = [&](int lo, int hi) { return lo + static_cast<int>(a() % static_cast<unsigned>(hi - lo + 1)); };
+  for (int essai = 0; essai < 2; ++essai) {
+    const int n = nombre(12, 19), grand = 2 * nombre(500000, 9000000) + 1;
+    const int profond = nombre(3, 60), impair = 2 * nombre(1, 150) + 1;
+    std::string t = "$ fib(" + std::to_string(n) + ")\n";
+    t += "$ moyenne(" + std::to_string(grand) + ", -7654321.5, 3.25e7)\n$ moyenne(1e30, 1e30, -3)\n";
+    t += "$ total(" + std::to_string(nombre(1, 3000)) + ")\n$ deux(" + std::to_string(grand) + ", 0.125)\n";
+    t += "$ pair(" + std::to_string(impair) + "), impair(" + std::to_string(impair) + ")\n";
+    t += "x = 4\n$ inverse(" + std::to_string(profond) + ")\n$ x + 1\n";
+    t += "$ plonge(1)\n$ x + 2\n$ lit(-1)\n$ lit(7.5)\n$ nulle(1)\n$ nulle(9)\n";
+    t += "$ deux(vecteur(3), 2)\n$ deux(3)\n$ deux(\"ab\", 2)\n$ fib(vecteur(2))\n";
+    t += "$ onde(" + std::to_string(grand) + ", " + std::to_string(profond) + ")\n$ onde(0.5, -1), onde(3, 1)\n";
+    t += "$ fib(1e9 - 0.5) < 0\n";  // so deep that it only fails
+    t += "$ \"##FIN\"\n";
+    std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");
+    EXPECT_EQ(rapide, lente) << t;
+    long f0 = 0, f1 = 1;
+    for (int k = 0; k < n; ++k) f1 = f0 + f1, f0 = f1 - f0;
+    EXPECT_NE(rapide.find("> " + f6(static_cast<double>(f0)) + "\n"), std::string::npos) << n << "\n" << rapide;
+    EXPECT_NE(rapide.find("> 0.000000 1.000000 \n"), std::string::npos) << "pair, impair of an odd number\n" << rapide;
+    EXPECT_EQ(compte(rapide, "Division par zero"), 1) << rapide;
+    EXPECT_NE(rapide.find("> 5.000000 \n"), std::string::npos) << "the line after a failure runs\n" << rapide;
+    EXPECT_NE(rapide.find("> 7.500000 \n"), std::string::npos) << rapide;
+    EXPECT_GE(compte(rapide, "pleine"), 2) << rapide;
+    const float o = (0 - std::sin(std::cos(3.f) * 2)) + std::fabs(3.f) / std::tanh(1.f);
+    EXPECT_NE(rapide.find(f6(0 - std::sin(0.5f)) + f6(o)), std::string::npos) << f6(o) << "\n" << rapide;
+  }
+  // A frame stack far larger than the machine stack can fill: the machine
+  // stack is the limit that shows, on both ways alike.
+  std::string t = "$ plonge(3)\n$ fib(6)\n$ \"##FIN\"\n";
+  std::string rapide = sortie(t, false, dir + "/", "loc=3000000"), lente = sortie(t, true, dir + "/", "loc=3000000");
+  EXPECT_EQ(rapide, lente);
+  EXPECT_NE(rapide.find("Pile d'evaluation pleine"), std::string::npos) << rapide;
+  EXPECT_NE(rapide.find("> 8.000000 \n"), std::string::npos) << rapide;
+  std::system(("rm -rf " + dir).c_str());
+}
+
+TEST(Raccourcis, BuiltInsOnScalarsGiveThePhrasesValues) {
+  // sin, cos, abs, ... on one scalar are computed without their phrase, in
+  // loops and in single statements; a vector argument, a failure after them
+  // and a built-in that checks its argument take the general way.
+  std::mt19937 a(std::random_device{}());
+  for (int essai = 0; essai < 2; ++essai) {
+    const int n = 2 * (100000 + static_cast<int>(a() % 400000)) + 1;
+    const float x0 = static_cast<float>(a() % 20000) / 7.0f - 1400.0f;
+    std::string t = "s = 0\npour (i = 1, " + std::to_string(n) + ") s = s + sin(i)\n$ s\n";
+    t += "c = 1\npour (i = -50, 50, 0.37) c = cos(i) * c\n$ c, i\n";
+    t += "y = " + std::to_string(x0) + "\npour (k = 1, 9) y = abs(y) - ent(k)\n$ y\n";
+    t += "pour (k = 1, 9) y = ent(y) / frac(k)\n$ y, k\n";  // frac(k) = 0: division by zero
+    t += "u = vecteur(3)\npour (i = 1, 3) u = sin(u) + i\n$ u\n";
+    t += "x = " + std::to_string(x0) + "\nx = x + tanh(x)\n$ x\nx = signe(x) * arrondi(x)\n$ x\n";
+    t += "x = tan(x) / 0\n$ x, exp(3) - cosh(2), atan(1e30), sinh(-3), arrondi(2.5), racine(-4)\n";
+    t += "$ \"##FIN\"\n";
+    std::string rapide = sortie(t, false), lente = sortie(t, true);
+    EXPECT_EQ(rapide, lente) << t;
+    float s = 0;  // added up in floats, as the language does
+    for (int i = 1; i <= n; ++i) s += std::sin(static_cast<float>(i));
+    EXPECT_NE(rapide.find("> " + f6(s) + "\n"), std::string::npos) << f6(s) << "\n" << rapide;
+    EXPECT_EQ(compte(rapide, "Division par zero"), 2) << rapide;
+    float u = 0;
+    for (int i = 1; i <= 3; ++i) u = std::sin(u) + static_cast<float>(i);
+    EXPECT_NE(rapide.find("> " + f6(u) + f6(u) + f6(u)), std::string::npos) << rapide;
+  }
 }
