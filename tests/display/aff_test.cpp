@@ -20,6 +20,7 @@
 #include "image/image.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
+#include "tests/outils/blocs.h"
 #include "tests/outils/vocabulaire.h"
 
 namespace {
@@ -104,17 +105,6 @@ struct Aff : testing::Test {
     return vol_valeur(o, 2, cle);
   }
 };
-
-// One face per list of vertex numbers.
-std::vector<mot> faces(const std::vector<std::vector<int>>& f) {
-  std::vector<mot> l{0, BLOC_LISTE, static_cast<mot>(f.size()), 0};
-  for (const auto& c : f) {
-    l.insert(l.end(), {static_cast<mot>(4 + c.size()), BLOC_ENTIER, 1, static_cast<mot>(c.size())});
-    l.insert(l.end(), c.begin(), c.end());
-  }
-  l[0] = static_cast<mot>(l.size());
-  return l;
-}
 
 TEST_F(Aff, ModesMethodsAndFlagsRouteEachVolume) {
   cube(1);
