@@ -154,6 +154,19 @@ TOUJOURS_EN_LIGNE bool forme_element(const mot* g) {
          (g[6] == IT_REEL || g[6] == IT_LOCAL || g[6] == IT_GLOBAL || g[6] == IT_STATIQUE) && g[8] == IT_OP &&
          g[9] == ']' && g[10] == IT_OP && g[11] == ')';
 }
+// The float of the float block b at the index that `indice` reads, or null
+// when b is not a non-empty float block, or the index is not a scalar, or
+// not a whole number within b: every such case takes the general way, which
+// says what is wrong. The block is checked before the index is read.
+template <class Indice>
+TOUJOURS_EN_LIGNE reel* element_de(mot* b, Indice indice) {
+  float i;
+  if (!b || b[0] <= 4 || b[1] != BLOC_REEL || !indice(&i)) return nullptr;
+  if (!(i >= 0.0f && i < static_cast<float>(b[0] - 4))) return nullptr;
+  mot k = static_cast<mot>(i);
+  if (static_cast<float>(k) != i) return nullptr;
+  return reels(b + 4) + k;
+}
 TOUJOURS_EN_LIGNE reel* element_direct(const mot* g, bool ecriture) {
   if (!interp.raccourcis || !forme_element(g)) return nullptr;
   const Objet* o;
@@ -170,13 +183,7 @@ TOUJOURS_EN_LIGNE reel* element_direct(const mot* g, bool ecriture) {
     default:
       return nullptr;
   }
-  mot* b = o->donnees;
-  float i;
-  if (!b || b[0] <= 4 || b[1] != BLOC_REEL || !scalaire_item(g + 6, &i)) return nullptr;
-  if (!(i >= 0.0f && i < static_cast<float>(b[0] - 4))) return nullptr;
-  mot k = static_cast<mot>(i);
-  if (static_cast<float>(k) != i) return nullptr;
-  return reels(b + 4) + k;
+  return element_de(o->donnees, [g](float* i) { return scalaire_item(g + 6, i); });
 }
 
 // ---- built-ins on one scalar -------------------------------------------------

@@ -46,13 +46,7 @@ TOUJOURS_EN_LIGNE bool scalaire(const mot* b, float* x) {
 }
 // The float an element operand stands for, as the walk finds it.
 TOUJOURS_EN_LIGNE reel* element(const Operande& o) {
-  mot* b = *o.bloc;
-  float i;
-  if (!b || b[0] <= 4 || b[1] != BLOC_REEL || !scalaire(*o.indice, &i)) return nullptr;
-  if (!(i >= 0.0f && i < static_cast<float>(b[0] - 4))) return nullptr;
-  mot k = static_cast<mot>(i);
-  if (static_cast<float>(k) != i) return nullptr;
-  return reels(b + 4) + k;
+  return element_de(*o.bloc, [&o](float* i) { return scalaire(*o.indice, i); });
 }
 TOUJOURS_EN_LIGNE bool lit(const Operande& o, float* x) {
   if (!o.indice) return scalaire(*o.bloc, x);
