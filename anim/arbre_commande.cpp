@@ -48,14 +48,6 @@ bool a46(mot* bloc) {
   return false;
 }
 
-int rend(mot* bloc, const mot* limite, const std::vector<float>& x) {
-  if (x.empty()) return resultat_nil(bloc), 0;
-  reel* out = resultat_reels(bloc, limite, static_cast<long>(x.size()));
-  if (!out) return PILE_PLEINE;
-  std::memcpy(out, x.data(), sizeof(float) * x.size());
-  return 0;
-}
-
 const mot* cle(mot* bloc, int env, int ord) {
   const mot* e = bloc + 4;
   for (int i = 0; i < bloc[2]; ++i, e += e[0])
@@ -81,7 +73,7 @@ int porte(mot* bloc, const mot* s, const mot* limite) {
   if (y.empty()) {
     std::vector<float> res;
     for (Vol_inter* r : l) res.push_back(static_cast<float>(r->taches[1])), res.push_back(static_cast<float>(r->taches[2]));
-    return rend(bloc, limite, res);
+    return resultat_vecteur(bloc, limite, res);
   }
   for (Vol_inter* r : l)
     if (tache_som(r, static_cast<int>(y[0]), y.size() > 1 ? static_cast<int>(y[1]) : 0) < 0) return -1;
@@ -125,7 +117,7 @@ int lead_commande(mot* bloc, const mot* e, const mot* limite) {
       Vol_inter* p = haut ? arbre_racine(r) : r->lead;
       res.push_back(p ? static_cast<float>(p->num) : 0.f);
     }
-    return rend(bloc, limite, res);
+    return resultat_vecteur(bloc, limite, res);
   }
   const int b = static_cast<int>(x[0]);
   if (b != 0 && x.size() < 2) return mot_imprime(1, B_LEAD_), message(0, MES_VALEUR), -1;
@@ -150,7 +142,7 @@ int suiv_commande(mot* bloc, const mot* e, const mot* limite) {
     for (Vol_inter* r : l)
       for (int k = 0; k < r->nb_suiv; ++k)
         if (r->suiv[k]) res.push_back(static_cast<float>(r->suiv[k]->num));
-    return rend(bloc, limite, res);
+    return resultat_vecteur(bloc, limite, res);
   }
   if (x.size() < 2) return mot_imprime(1, B_SUIV_), message(0, MES_VALEUR), -1;
   Vol_inter* f = vol_inter_de(static_cast<int>(x[0]));

@@ -11,6 +11,7 @@
 #include "anim/dyn.h"
 #include "anim/interne.h"
 #include "anim/trajet.h"
+#include "display/gl_plan.h"
 #include "display/moteurs.h"
 #include "display/oeil.h"
 #include "geom/geom.h"
@@ -180,14 +181,10 @@ void traces_pas() {
 void premieres_images() {
   char t[48];
   std::snprintf(t, sizeof t, "orvane %ld", inter.num_image + 1);
-  GLboolean prof = glIsEnabled(GL_DEPTH_TEST), lum = glIsEnabled(GL_LIGHTING);
-  glDisable(GL_DEPTH_TEST);
-  glDisable(GL_LIGHTING);
+  Gl_sans sans{GL_DEPTH_TEST, GL_LIGHTING};
   glColor3f(1, 1, 1);
   glWindowPos2i(10, fen.dimy - 20);
   for (const char* c = t; *c; ++c) glutBitmapCharacter(GLUT_BITMAP_HELVETICA_12, static_cast<unsigned char>(*c));
-  if (prof) glEnable(GL_DEPTH_TEST);
-  if (lum) glEnable(GL_LIGHTING);
 }
 
 int fin_frame() {

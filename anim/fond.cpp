@@ -16,6 +16,7 @@
 
 #include "anim/interne.h"
 #include "core/message.h"
+#include "display/gl_plan.h"
 #include "image/image.h"
 
 namespace {
@@ -84,13 +85,7 @@ void inter_fond_dessine() {
       fond.suivant = fond.fondu_n = fond.fondu_k = 0;
     }
   }
-  GLboolean prof = glIsEnabled(GL_DEPTH_TEST), lum = glIsEnabled(GL_LIGHTING), tex = glIsEnabled(GL_TEXTURE_2D),
-            brou = glIsEnabled(GL_FOG), mel = glIsEnabled(GL_BLEND);
-  glDisable(GL_DEPTH_TEST);
-  glDisable(GL_LIGHTING);
-  glDisable(GL_TEXTURE_2D);
-  glDisable(GL_FOG);
-  glDisable(GL_BLEND);
+  Gl_sans sans{GL_DEPTH_TEST, GL_LIGHTING, GL_TEXTURE_2D, GL_FOG, GL_BLEND};
   glDepthMask(GL_FALSE);
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   glWindowPos2i(0, 0);
@@ -98,9 +93,4 @@ void inter_fond_dessine() {
   glDrawPixels(w, h, GL_RGBA, GL_UNSIGNED_BYTE, fond.rvba.data());
   glPixelZoom(1, 1);
   glDepthMask(GL_TRUE);
-  if (prof) glEnable(GL_DEPTH_TEST);
-  if (lum) glEnable(GL_LIGHTING);
-  if (tex) glEnable(GL_TEXTURE_2D);
-  if (brou) glEnable(GL_FOG);
-  if (mel) glEnable(GL_BLEND);
 }

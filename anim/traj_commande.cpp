@@ -206,12 +206,5 @@ int trajet_commande(mot* bloc, const mot* e, const mot* limite) {
       else res.insert(res.end(), reels(t->val + 4), reels(t->val + 4) + 3L * t->nb);
     }
   }
-  if (res.empty()) {
-    resultat_nil(bloc);
-    return 0;
-  }
-  reel* out = resultat_reels(bloc, limite, static_cast<long>(res.size()));
-  if (!out) return PILE_PLEINE;
-  std::memcpy(out, res.data(), sizeof(float) * res.size());
-  return 0;
+  return resultat_vecteur(bloc, limite, res);
 }

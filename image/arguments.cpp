@@ -58,13 +58,3 @@ int arg_mauvais(const mot* e) {
   return -1;
 }
 
-int rend_octets(mot* bloc, const mot* limite, const std::vector<float>& x) {
-  if (x.empty()) {
-    resultat_nil(bloc);
-    return 0;
-  }
-  reel* r = resultat_reels(bloc, limite, static_cast<long>(x.size()));
-  if (!r) return PILE_PLEINE;
-  std::memcpy(r, x.data(), sizeof(float) * x.size());
-  return 0;
-}

@@ -9,6 +9,7 @@
 
 #include "core/message.h"
 #include "image/commande.h"
+#include "interp/interp.h"
 
 int ima_cherche(mot* bloc, const mot* limite, int image, const std::string& fichier) {
   if (image == 0 && ima_fenetre.avant_lecture) ima_fenetre.avant_lecture();
@@ -42,6 +43,6 @@ int ima_cherche(mot* bloc, const mot* limite, int image, const std::string& fich
       if (s < meilleur) meilleur = s, bx = x, by = y;
     }
   bloc_libere_force(f);
-  return rend_octets(bloc, limite,
-                     {static_cast<float>(bx), static_cast<float>(by), static_cast<float>(meilleur) / (3.0f * w * h)});
+  const float r[3] = {static_cast<float>(bx), static_cast<float>(by), static_cast<float>(meilleur) / (3.0f * w * h)};
+  return resultat_vecteur(bloc, limite, r);
 }

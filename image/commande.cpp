@@ -19,6 +19,7 @@
 
 #include "core/message.h"
 #include "image/commande.h"
+#include "interp/interp.h"
 #include "startup/startup.h"
 
 int lit_cote(const mot* e, Cote* c) {
@@ -155,7 +156,7 @@ int pixels_lit(mot* bloc, const mot* limite, const Phrase& p, mot* valeur) {
     const octet* r = ima_rouge(b, y) + x;
     v.insert(v.end(), {float(r[0]), float(r[ima_l(b)]), float(r[2L * ima_l(b)])});
   }
-  return rend_octets(bloc, limite, v);
+  return resultat_vecteur(bloc, limite, v);
 }
 
 // centre(x, y, r, g, b, ...): pixels written, five values each.

@@ -26,8 +26,6 @@ bool lit_args(const mot* e, Args* a);
 bool lit_valeur(const mot* v, Args* a);  // the same on a value (null: none)
 // The keyword of element e and message 0:81; -1.
 int arg_mauvais(const mot* e);
-// Floats in place of the phrase (nil when empty); -12 past the limit.
-int rend_octets(mot* bloc, const mot* limite, const std::vector<float>& x);
 
 // One side of a copy: an image number (0 the window) and a rectangle.
 struct Cote {

@@ -14,6 +14,7 @@
 
 #include "core/message.h"
 #include "image/commande.h"
+#include "interp/interp.h"
 #include "startup/startup.h"
 
 namespace {
@@ -149,13 +150,13 @@ int ima_lire_ecrire(mot* bloc, mot*, const mot* limite) {
     if (!a.x.empty()) {
       int n = ima_lit_suite(a, c.numero != 0 ? c.numero : 1);
       if (n < 0) return -1;
-      return rend_octets(bloc, limite, {static_cast<float>(n)});
+      return resultat_scalaire(bloc, limite, static_cast<float>(n));
     }
     mot* b = ima_lit_fichier(a.nom);
     if (!b) return -1;
     float taille[2] = {static_cast<float>(ima_l(b)), static_cast<float>(ima_h(b))};
     if (installe_lu(c.numero, b) < 0) return -1;
-    return rend_octets(bloc, limite, {taille[0], taille[1]});
+    return resultat_vecteur(bloc, limite, taille);
   }
   if (c.numero == 0 && ima_fenetre.avant_lecture) ima_fenetre.avant_lecture();
   mot* b = ima_bloc(c.numero);

@@ -76,6 +76,17 @@ int resultat_scalaire(mot* bloc, const mot* limite, float x) {
   return 0;
 }
 
+int resultat_vecteur(mot* bloc, const mot* limite, std::span<const float> x) {
+  if (x.empty()) {
+    resultat_nil(bloc);
+    return 0;
+  }
+  reel* r = resultat_reels(bloc, limite, static_cast<long>(x.size()));
+  if (!r) return PILE_PLEINE;
+  std::memmove(r, x.data(), x.size() * sizeof(float));
+  return 0;
+}
+
 int fonction_interne(mot* bloc, const mot* limite) {
   mot* element = bloc + 4;
   int ord = element[2];

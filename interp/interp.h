@@ -7,6 +7,8 @@
 // Values live on the evaluation stack (piles.eva_*), laid end to end, and
 // never on the heap until a variable takes them.
 #pragma once
+#include <span>
+
 #include "core/bloc.h"
 #include "core/objet.h"
 #include "lang/lang.h"
@@ -187,6 +189,8 @@ reel* resultat_reels(mot* bloc, const mot* limite, long n);
 int resultat_chaine(mot* bloc, const mot* limite, const char* s, std::size_t lg);
 void resultat_nil(mot* bloc);
 int resultat_scalaire(mot* bloc, const mot* limite, float x);
+// Floats in place of the phrase, nil when there are none; -12 past the limit.
+int resultat_vecteur(mot* bloc, const mot* limite, std::span<const float> x);
 
 // ---- printing and debug --------------------------------------------------------
 void imprimer(mot* v, const char* format);

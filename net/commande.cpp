@@ -170,17 +170,6 @@ std::vector<Objet*> objets(mot* ids) {
   return v;
 }
 
-int resultat(mot* bloc, const mot* limite, const std::vector<float>& y) {
-  if (y.empty()) {
-    resultat_nil(bloc);
-    return 0;
-  }
-  reel* r = resultat_reels(bloc, limite, static_cast<long>(y.size()));
-  if (!r) return PILE_PLEINE;
-  std::copy(y.begin(), y.end(), r);
-  return 0;
-}
-
 // res(1) motif = ...: the lists of a network keep every value they are
 // given, where a plain attribute would be cut to the keyword's width.
 int ecrit_liste(mot* bloc, mot* valeur, const mot* limite) {
@@ -271,7 +260,7 @@ int res_commande(mot* bloc, mot* valeur, const mot* limite) {
   std::vector<float> y;
   if (o.cherche) {
     if (res_cherche(objets(l.ids), o.sortie, &y) < 0) return -1;
-    return resultat(bloc, limite, y);
+    return resultat_vecteur(bloc, limite, y);
   }
   if (o.rappel) {
     std::vector<Objet*> nets = objets(l.ids);
@@ -281,7 +270,7 @@ int res_commande(mot* bloc, mot* valeur, const mot* limite) {
         if (Objet* x = objet_trouve(B_RES, 0, n, nullptr)) nets.push_back(x);
     }
     if (res_rappel_liste(nets, o, &y) < 0) return -1;
-    return resultat(bloc, limite, y);
+    return resultat_vecteur(bloc, limite, y);
   }
   if (!l.apprendre && !o.bavard) return COMMANDE_SUITE;
   for (Objet* x : objets(l.ids)) {
@@ -289,5 +278,5 @@ int res_commande(mot* bloc, mot* valeur, const mot* limite) {
     if (res_apprend(x, o, t) < 0) return -1;
     y.insert(y.end(), t, t + 3);
   }
-  return resultat(bloc, limite, y);
+  return resultat_vecteur(bloc, limite, y);
 }

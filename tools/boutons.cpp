@@ -14,6 +14,7 @@
 
 #include "core/message.h"
 #include "display/display.h"
+#include "display/gl_plan.h"
 #include "interp/interp.h"
 #include "startup/startup.h"
 #include "tools/interne.h"
@@ -176,44 +177,25 @@ int dessine_puls() {
   avance(tick_precedent < 0 ? 0 : static_cast<float>(t - tick_precedent) / 1000.f);
   tick_precedent = t;
 
-  GLboolean prof = glIsEnabled(GL_DEPTH_TEST), lum = glIsEnabled(GL_LIGHTING), bro = glIsEnabled(GL_FOG),
-            tex = glIsEnabled(GL_TEXTURE_2D), fac = glIsEnabled(GL_CULL_FACE);
-  glDisable(GL_DEPTH_TEST);
-  glDisable(GL_LIGHTING);
-  glDisable(GL_FOG);
-  glDisable(GL_TEXTURE_2D);
-  glDisable(GL_CULL_FACE);
-  // Window pixels from the centre, y down as the pointer counts it.
   float w = static_cast<float>(fen.dimx), h = static_cast<float>(fen.dimy);
-  glMatrixMode(GL_PROJECTION);
-  glPushMatrix();
-  glLoadIdentity();
-  glOrtho(-w / 2, w / 2, h / 2, -h / 2, -1, 1);
-  glMatrixMode(GL_MODELVIEW);
-  glPushMatrix();
-  glLoadIdentity();
-  float px = static_cast<float>(fen.souris_x) - w / 2, py = static_cast<float>(fen.souris_y) - h / 2;
   int tires[NB_PULS], nt = 0;
-  for (int i = 0; i < NB_PULS; ++i) {
-    const Bouton& b = boutons[i];
-    if (!b.texte[0]) continue;
-    float l = PAR_CARACTERE * static_cast<float>(b.n);
-    bool dans = px >= b.x - l && px <= b.x + l && py >= b.y - DEMI_HAUTEUR && py <= b.y + DEMI_HAUTEUR;
-    if (dans) glColor3f(1, 0, 0), tires[nt++] = i;
-    else glColor3fv(b.coul);
-    glRectf(b.x - l, b.y - DEMI_HAUTEUR, b.x + l, b.y + DEMI_HAUTEUR);
-    glColor3f(1, 1, 1);
-    texte_bitmap(b.x - l + 10, b.y + 10, b.texte);
+  {
+    Gl_sans sans{GL_DEPTH_TEST, GL_LIGHTING, GL_FOG, GL_TEXTURE_2D, GL_CULL_FACE};
+    // Window pixels from the centre, y down as the pointer counts it.
+    Gl_plan plan(-w / 2, w / 2, h / 2, -h / 2);
+    float px = static_cast<float>(fen.souris_x) - w / 2, py = static_cast<float>(fen.souris_y) - h / 2;
+    for (int i = 0; i < NB_PULS; ++i) {
+      const Bouton& b = boutons[i];
+      if (!b.texte[0]) continue;
+      float l = PAR_CARACTERE * static_cast<float>(b.n);
+      bool dans = px >= b.x - l && px <= b.x + l && py >= b.y - DEMI_HAUTEUR && py <= b.y + DEMI_HAUTEUR;
+      if (dans) glColor3f(1, 0, 0), tires[nt++] = i;
+      else glColor3fv(b.coul);
+      glRectf(b.x - l, b.y - DEMI_HAUTEUR, b.x + l, b.y + DEMI_HAUTEUR);
+      glColor3f(1, 1, 1);
+      texte_bitmap(b.x - l + 10, b.y + 10, b.texte);
+    }
   }
-  glPopMatrix();
-  glMatrixMode(GL_PROJECTION);
-  glPopMatrix();
-  glMatrixMode(GL_MODELVIEW);
-  if (prof) glEnable(GL_DEPTH_TEST);
-  if (lum) glEnable(GL_LIGHTING);
-  if (bro) glEnable(GL_FOG);
-  if (tex) glEnable(GL_TEXTURE_2D);
-  if (fac) glEnable(GL_CULL_FACE);
   // The commands run once the picture's state is back: they may draw, or
   // change the buttons themselves.
   char ligne[sizeof boutons[0].texte];

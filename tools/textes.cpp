@@ -11,6 +11,7 @@
 
 #include "core/message.h"
 #include "display/display.h"
+#include "display/gl_plan.h"
 #include "startup/startup.h"
 #include "tools/interne.h"
 #include "tools/tools.h"
@@ -52,9 +53,7 @@ void textes_vide() {
 
 int dessine_textes() {
   if (!textes[0].texte) return 0;
-  GLboolean lum = glIsEnabled(GL_LIGHTING), tex = glIsEnabled(GL_TEXTURE_2D);
-  glDisable(GL_LIGHTING);
-  glDisable(GL_TEXTURE_2D);
+  Gl_sans sans{GL_LIGHTING, GL_TEXTURE_2D};
   int n = 0;
   for (const Texte& s : textes) {
     if (!s.texte) continue;
@@ -63,8 +62,6 @@ int dessine_textes() {
     chaine_bitmap(bloc_texte(bloc_pointe(s.texte)));
     ++n;
   }
-  if (lum) glEnable(GL_LIGHTING);
-  if (tex) glEnable(GL_TEXTURE_2D);
   return n;
 }
 
@@ -75,42 +72,25 @@ void affiche_menu() {
   int n = 0;
   while (n < PANNEAU_MAX && (lignes[n] = outils::chaine_entree(false, n + 1))) ++n;
   if (n == 0) return;
-  GLboolean prof = glIsEnabled(GL_DEPTH_TEST), lum = glIsEnabled(GL_LIGHTING), bro = glIsEnabled(GL_FOG),
-            fac = glIsEnabled(GL_CULL_FACE);
-  glDisable(GL_DEPTH_TEST);
-  glDisable(GL_LIGHTING);
-  glDisable(GL_FOG);
-  glDisable(GL_CULL_FACE);
-  glMatrixMode(GL_PROJECTION);
-  glPushMatrix();
-  glLoadIdentity();
-  glOrtho(0, fen.dimx, fen.dimy, 0, -1, 1);
-  glMatrixMode(GL_MODELVIEW);
-  glPushMatrix();
-  glLoadIdentity();
   int choisie = -1;
-  for (int k = 0; k < n; ++k) {
-    int y0 = k * PANNEAU_HAUTEUR;
-    bool dans = fen.souris_x >= 0 && fen.souris_x < PANNEAU_LARGEUR && fen.souris_y >= y0 &&
-                fen.souris_y < y0 + PANNEAU_HAUTEUR;
-    if (dans) glColor3f(0.6f, 0.1f, 0.1f);
-    else glColor3f(0.15f, 0.15f, 0.15f);
-    glRectf(0, static_cast<float>(y0), PANNEAU_LARGEUR, static_cast<float>(y0 + PANNEAU_HAUTEUR - 1));
-    glColor3f(1, 1, 1);
-    glRasterPos2f(6, static_cast<float>(y0 + 14));
-    chaine_bitmap(lignes[k]);
-    if (fen.appuye && fen.clic_x >= 0 && fen.clic_x < PANNEAU_LARGEUR && fen.clic_y >= y0 &&
-        fen.clic_y < y0 + PANNEAU_HAUTEUR)
-      choisie = k + 1;
+  {
+    Gl_sans sans{GL_DEPTH_TEST, GL_LIGHTING, GL_FOG, GL_CULL_FACE};
+    Gl_plan plan(0, fen.dimx, fen.dimy, 0);
+    for (int k = 0; k < n; ++k) {
+      int y0 = k * PANNEAU_HAUTEUR;
+      bool dans = fen.souris_x >= 0 && fen.souris_x < PANNEAU_LARGEUR && fen.souris_y >= y0 &&
+                  fen.souris_y < y0 + PANNEAU_HAUTEUR;
+      if (dans) glColor3f(0.6f, 0.1f, 0.1f);
+      else glColor3f(0.15f, 0.15f, 0.15f);
+      glRectf(0, static_cast<float>(y0), PANNEAU_LARGEUR, static_cast<float>(y0 + PANNEAU_HAUTEUR - 1));
+      glColor3f(1, 1, 1);
+      glRasterPos2f(6, static_cast<float>(y0 + 14));
+      chaine_bitmap(lignes[k]);
+      if (fen.appuye && fen.clic_x >= 0 && fen.clic_x < PANNEAU_LARGEUR && fen.clic_y >= y0 &&
+          fen.clic_y < y0 + PANNEAU_HAUTEUR)
+        choisie = k + 1;
+    }
   }
-  glPopMatrix();
-  glMatrixMode(GL_PROJECTION);
-  glPopMatrix();
-  glMatrixMode(GL_MODELVIEW);
-  if (prof) glEnable(GL_DEPTH_TEST);
-  if (lum) glEnable(GL_LIGHTING);
-  if (bro) glEnable(GL_FOG);
-  if (fac) glEnable(GL_CULL_FACE);
   if (!fen.appuye) clic_vu = -1;
   // A press is one choice: the same press seen again runs nothing.
   int cle = fen.clic_y * 100000 + fen.clic_x;
