@@ -59,18 +59,23 @@ bool mal_init(long dim) {
   return true;
 }
 
-mot* bloc_alloue(mot n) {
+mot* bloc_essaie(mot n) {
   ++memoire.appels;
   long taille = n < 0 ? -static_cast<long>(n) : n;
   mot* b = n ? static_cast<mot*>(tas::alloue(taille * sizeof(mot))) : nullptr;
-  if (!b) {
-    std::printf("%ld: ", taille);
-    message(0, 28);
-    return nullptr;
-  }
+  if (!b) return nullptr;
   b[0] = n;
   ++memoire.compteur;
   mal_note(b);
+  return b;
+}
+
+mot* bloc_alloue(mot n) {
+  mot* b = bloc_essaie(n);
+  if (!b) {
+    std::printf("%ld: ", n < 0 ? -static_cast<long>(n) : static_cast<long>(n));
+    message(0, 28);
+  }
   return b;
 }
 

@@ -111,6 +111,9 @@ struct Memoire {
 extern Memoire memoire;
 
 mot* bloc_alloue(mot n);
+// The same without a word when memory is refused: for a faster way that
+// then hands the work to the general one, which says it.
+mot* bloc_essaie(mot n);
 void bloc_libere(mot* b);
 void bloc_libere_force(mot* b);
 int bloc_supprime(mot* b);

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "interp/interne.h"
+#include "interp/ajout.h"
 #include "interp/rapide.h"
 
 namespace {
@@ -238,8 +239,50 @@ template <mot OP, bool FN>
   return suite;
 }
 
+// The turns of s = s, t (see ajout.h), the step inline as in
+// tours_scalaires; the interrupt word is read at every turn.
+template <class F>
+[[gnu::noinline]] mot* tours_ajout(mot* h, Boucle* b, Ajouts& a, long* nb, F attention) {
+  mot* const* const pv = &b->variable->donnees;
+  const float pas = b->pas, limite = b->limite;
+  long n = 0;
+  mot* suite;
+  for (;;) {
+    if (attention() || !ajouts_tour(a)) {
+      suite = h + h[8];
+      break;
+    }
+    ++n;
+    mot* w = *pv;
+    if (!w || w[0] <= 4 || w[1] != BLOC_REEL) {
+      suite = h + h[9] - 2;  // the walk's step says what is wrong
+      break;
+    }
+    const float i = *reels(w + 4) += pas;
+    if ((pas > 0 && i > limite) || (pas < 0 && i < limite)) {
+      suite = h + h[9];
+      break;
+    }
+  }
+  *nb = n;
+  return suite;
+}
+
 template <class F>
 mot* boucle_rapide(mot* h, Boucle* b, mot* s, mot ligne, mot* resultat, F attention) {
+  if (forme_ajout(s)) {
+    Ajouts a;
+    if (!b->variable || !ajouts_prepare(a, s, resultat)) return h + h[8];
+    interp.instruction = s;
+    long n = 0;
+    mot* suite = tours_ajout(h, b, a, &n, attention);
+    interp.passes += static_cast<unsigned long>(n);
+    if (n > 0) {
+      if (ligne) interp.ligne = ligne;
+      ajouts_fin(a, resultat);
+    }
+    return suite;
+  }
   Rapide r;
   if (!rapide_prepare(r, s)) return h + h[8];
   interp.instruction = s;

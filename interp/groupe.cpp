@@ -187,6 +187,29 @@ mot* affecte_indexee(mot* p, mot* droite, mot* base, int* etat) {
   piles.eva_haut = base + n;
   return q + 2;
 }
+
+// The right side of ( x = ( ... ) ), computed into x's block by its last
+// operator when it can be (see Vers); `fait` says whether it was. x's
+// variable is looked for without a word: the store says what is wrong.
+mot* droite_vers(mot* p, mot* base, int* etat, bool* fait) {
+  Objet* o = nullptr;
+  if (interp.raccourcis) {
+    if (p[0] == IT_LOCAL) o = cadre.locaux ? cadre.locaux + p[1] : nullptr;
+    else o = static_cast<Objet*>(mot_vers_ptr(p[1]));
+    if (o && o->type == CADRE_REFERENCE) o = reinterpret_cast<Objet*>(o->donnees);
+  }
+  mot* b = o ? o->donnees : nullptr;
+  const mot* f;
+  if (!b || b == bloc_nil || b[1] != BLOC_REEL || b[0] < 6 || !possede(o) ||
+      (f = fin_groupe(p + 4))[0] != IT_OP || f[1] != ')')
+    return evaluer_groupe(p + 4, base, etat);
+  const Vers avant = vers;
+  vers = {f - 2, base, o, b, false, false};
+  mot* q = evaluer_groupe(p + 4, base, etat);
+  *fait = vers.fait;
+  vers = avant;
+  return q;
+}
 }  // namespace
 
 mot* evaluer_groupe(mot* item, mot* base, int* etat) {
@@ -222,7 +245,10 @@ mot* evaluer_groupe(mot* item, mot* base, int* etat) {
       else if (item == interp.instruction && interp.raccourcis && forme_ajout(item) &&
                (q = ajout_en_place(item, base)))
         return q;  // s = s, t as a whole statement: appended in place
-      else q = evaluer_groupe(p + 4, base, etat);
+      else if (bool fait = false; (q = droite_vers(p, base, etat, &fait)), fait) {
+        // The value is in the variable's block already.
+        return q && *etat != 2 ? q + 2 : q;
+      }
       if (!q || *etat == 2) return q;
       if (q[0] == IT_OP && q[1] == ')' && est_scalaire(base)) {
         if (mot* b = cible_scalaire(p)) {
@@ -345,7 +371,9 @@ mot* evaluer_suite(mot* p, mot* base, mot* haut, mot ferme, int* etat) {
               piles.eva_haut = base + 5;
               return p + 2;
             }
+            vers.actif = p == vers.fin && base == vers.base && !differes.n;
             int r = reduire(base, haut, &differes);
+            vers.actif = false;
             if (r < 0) return echec(r);
             if (r == 2) *etat = 2;
             if (op != ')') {

@@ -36,6 +36,26 @@ inline mot etat_a(int ord) { return etats[0] ? etats[0][ord] : 0; }
 // Frame slot records own their value only once the callee assigned it.
 inline bool possede(const Objet* o) { return o->type != OBJ_LOCAL || o->f1 != 0; }
 
+// x = (...) where x owns a float vector: the last operator of the right
+// side may write its result straight into x's block instead of onto the
+// stack, from where it would only be copied into that same block. Set by
+// the assignment around its right side (the previous record kept, so that
+// an assignment inside a call there has its own), raised by the walk only
+// around the reduction at that side's closing bracket, taken by the float
+// operator when everything still holds at that moment: x holds that block,
+// owns it, its size is the result's, and no operand overlaps it other than
+// x itself read element by element. Then `fait`, and the value left on the
+// stack is the variable, as after an append in place.
+struct Vers {
+  const mot* fin = nullptr;  // the right side's closing bracket
+  const mot* base = nullptr; // where the right side's value goes
+  Objet* variable = nullptr;
+  mot* bloc = nullptr;
+  bool actif = false;
+  bool fait = false;
+};
+extern Vers vers;
+
 // Is the operator value a bracket?
 inline bool ouvrant(mot op) { return op == '(' || op == '[' || op == '{'; }
 inline bool fermant(mot op) { return op == ')' || op == ']' || op == '}'; }

@@ -171,7 +171,21 @@ int calcule(mot op, reel* r, const Valeur& a, const Valeur& b) {
 
 // Float operator into dest, directly when the sources survive it, otherwise
 // at the top and then moved down.
-int flottants(mot* dest, mot op, const Valeur& a, const Valeur& b, mot* haut) {
+// The assigned variable's block when the result may go there (see Vers):
+// an operator that reads each element at its own index only (&& and ||
+// move their right cursor apart), and a source that is that block read
+// whole or lies outside it.
+mot* bloc_vers(const mot* dest, mot op, const Valeur& a, const Valeur& b, long n) {
+  mot* c = vers.bloc;
+  const Objet* o = vers.variable;
+  if (dest != vers.base || op == OP_ET || op == OP_OU || o->donnees != c || !possede(o) || c[0] != 4 + n ||
+      c[1] != BLOC_REEL || !place(dest, 2))
+    return nullptr;
+  auto sure = [c, n](const mot* s, long ns) { return (s == c + 4 && ns == n) || s + ns <= c || s >= c + 4 + n; };
+  return sure(a.donnees, a.n) && sure(b.donnees, b.n) ? c : nullptr;
+}
+
+int flottants(mot* dest, mot op, const Valeur& a, const Valeur& b, mot* haut, bool vers_permis = false) {
   long n = a.n > b.n ? a.n : b.n;
   if (a.n == 0 || b.n == 0) {
     // An empty side computes nothing: the other side's length stays; on the
@@ -193,6 +207,17 @@ int flottants(mot* dest, mot op, const Valeur& a, const Valeur& b, mot* haut) {
   // Power on unlike lengths leaves part of its result unwritten: it is
   // given as zeros, so it is computed apart from its sources.
   bool trous = op == '^' && a.n != b.n && a.n > 1 && b.n > 1;
+  if (mot* c = !trous && vers_permis ? bloc_vers(dest, op, a, b, n) : nullptr) {
+    int e = calcule(op, reels(c + 4), a, b);
+    if (e < 0) return e;
+    c[2] = static_cast<mot>(n);
+    c[3] = 1;
+    dest[0] = IT_GLOBAL;
+    dest[1] = ptr_vers_mot(vers.variable);
+    piles.eva_haut = dest + 2;
+    vers.fait = true;
+    return 0;
+  }
   bool direct = !trous && source_sure(a.donnees, a.n, dest, n) && source_sure(b.donnees, b.n, dest, n);
   mot* r = direct ? dest : haut;
   if (!place(r, 4 + n)) return PILE_PLEINE;
@@ -480,6 +505,9 @@ int operer(mot* g, mot op, mot* d, int prefixe, Differes* differes) {
   if (op == '!') return non_logique(g);
   mot compose = operateur_compose(op);
   mot base_op = compose ? compose : op;
+  // Only a plain operator's result may go to the assigned variable (Vers).
+  const bool vers_permis = vers.actif && !compose;
+  vers.actif = false;
   mot* haut = piles.eva_haut;
   mot* gv = lisible(g, &haut);
   if (!gv) return interp.code;
@@ -495,7 +523,7 @@ int operer(mot* g, mot op, mot* d, int prefixe, Differes* differes) {
   if (base_op == ',') {
     r = concatene(dest, gv, a, dv, b, haut);
   } else if (a.type == BLOC_REEL && b.type == BLOC_REEL) {
-    r = flottants(dest, base_op, a, b, haut);
+    r = flottants(dest, base_op, a, b, haut, vers_permis);
   } else {
     r = autres_types(dest, base_op, gv, a, dv, b);
   }

@@ -5,6 +5,7 @@
 #include "interp/interne.h"
 
 Interp interp;
+Vers vers;
 
 namespace {
 // The value of PI when no keyword table gives one.

@@ -97,6 +97,20 @@ TEST(InterruptionBoucle, TightLoopsOfTheDirectWaysStop) {
   EXPECT_EQ(termine(p), 0);
 }
 
+// The appends to a string turn alone too: an empty text appended keeps the
+// string short for a billion turns, and the string is whole after Ctrl-C.
+TEST(InterruptionBoucle, AppendLoopsStop) {
+  Processus p = boucle_lancee("s = \"ab\"; e = \"\"; pour (i = 1, 1e9) s = s, e");
+  tape(p, "0");
+  ASSERT_TRUE(attend(p, "Abandon"));
+  p.lu.clear();
+  tape(p, "$ i > 1000");
+  tape(p, "s = s, \"c\"");
+  tape(p, "$ s");
+  EXPECT_TRUE(attend(p, "1.000000 \n> > abc "));
+  EXPECT_EQ(termine(p), 0);
+}
+
 TEST(InterruptionBoucle, DeepRecursionUnwinds) {
   Processus p = lance_orvane({"gra=0", "ID", "ini=env/initb.h", "uti=tests/transcripts/fixtures/fonctions"});
   ASSERT_TRUE(attend(p, "empilements"));

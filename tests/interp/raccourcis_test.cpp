@@ -120,6 +120,88 @@ TEST(Raccourcis, StringsAppendedInPlaceReadAsTheGeneralWayMakesThem) {
   std::system(("rm -rf " + dir).c_str());
 }
 
+TEST(Raccourcis, AppendLoopsTurnAloneAndFailAlike) {
+  // A counting pour over s = s, t turns without the walk, its length known
+  // from turn to turn: random counts, steps and texts, a local, a text that
+  // is not a string, and a string grown past what the evaluation stack
+  // holds, which must stop at the same turn with the same message.
+  std::mt19937 a(std::random_device{}());
+  char modele[] = "/tmp/orvcXXXXXX";
+  ASSERT_NE(mkdtemp(modele), nullptr);
+  std::string dir = modele;
+  std::ofstream(dir + "/repete.fon") << "repete(t, k)\n{\n  u = \"\"\n  pour (j = k, 1, -1) u = u, t\n"
+                                        "  retour u\n}\n";
+  auto texte = [&](int n) {
+    std::string r;
+    for (int k = 0; k < n; ++k) r += static_cast<char>('a' + a() % 26);
+    return r;
+  };
+  for (int essai = 0; essai < 2; ++essai) {
+    const int n = 3001 + static_cast<int>(a() % 9000), m = 1 + static_cast<int>(a() % 13);
+    const std::string d = texte(m), c = texte(1 + static_cast<int>(a() % 5));
+    const std::string pas = std::to_string(1 + a() % 3) + ".5";
+    std::string t = "s = \"" + c + "\"\nd = \"" + d + "\"\npour (i = 1, " + std::to_string(n) + ", " + pas +
+                    ") s = s, d\n$ i\n$ s[0, " + std::to_string(c.size() + 2 * m) + "]\n";
+    // The length the turns made: the last character, then the index past it.
+    const long tours = static_cast<long>((n - 1) / std::stod(pas)) + 1;
+    const long lg = static_cast<long>(c.size()) + tours * m;
+    t += "$ s[" + std::to_string(lg - 1) + "]\n$ s[" + std::to_string(lg) + "]\n";
+    t += "$ repete(\"" + d + "\", " + std::to_string(n) + ")[" + std::to_string(n * m - 3) + ", " +
+         std::to_string(n * m - 1) + "]\n";
+    // Not a string on the right: the general way says what it does.
+    t += "k = 7\npour (i = 1, 3) s = s, k\n$ i\nz = 3\npour (i = 1, 3) z = z, \"a\"\n$ z\n";
+    // Past the stack: the same turn fails, the string is kept, the next
+    // append alone fails too.
+    const std::string e = texte(1 + static_cast<int>(a() % 40));
+    t += "h = \"" + c + "\"\npour (i = 1, 1e8) h = h, \"" + e + "\"\n$ i\n$ h[0, 2]\nh = h, \"" + e +
+         "\"\n$ \"##FIN\"\n";
+    std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");
+    EXPECT_EQ(rapide, lente) << t;
+    EXPECT_NE(rapide.find(f6(1 + tours * std::stod(pas))), std::string::npos) << "i after the loop\n" << rapide;
+    EXPECT_NE(rapide.find("> " + d.substr(m - 1) + " \n> " + std::to_string(lg) + ": Indice hors limites"),
+              std::string::npos)
+        << rapide;
+    EXPECT_NE(rapide.find("> " + c + d + d + d.substr(0, 1) + " \n"), std::string::npos) << rapide;
+    EXPECT_EQ(compte(rapide, "Pile d'evaluation pleine"), 2) << rapide;
+  }
+  std::system(("rm -rf " + dir).c_str());
+}
+
+TEST(Raccourcis, VectorsComputedIntoTheirOwnBlockReadAsTheStoreMakesThem) {
+  // x = (a op b) on a float vector that x owns goes into x's block: copies
+  // stay apart, a failure leaves x as it was, an operand that reads x
+  // elsewhere than element by element, a postfix, a compound, a size that
+  // changes, a local and an argument, all as the general way gives them.
+  std::mt19937 a(std::random_device{}());
+  char modele[] = "/tmp/orvvXXXXXX";
+  ASSERT_NE(mkdtemp(modele), nullptr);
+  std::string dir = modele;
+  std::ofstream(dir + "/pousse.fon") << "pousse(t, k)\n{\n  u = t * 1\n  pour (j = 1, k) u = u * 0.5 + j\n"
+                                        "  t = t - u\n  retour t, u[0]\n}\n";
+  for (int essai = 0; essai < 2; ++essai) {
+    const int n = 2001 + 2 * static_cast<int>(a() % 5000), k = 3 + static_cast<int>(a() % 40);
+    const std::string f = std::to_string(1 + a() % 997) + "." + std::to_string(a() % 1000);
+    const std::string ns = std::to_string(n), ks = std::to_string(k);
+    std::string t = "v = remplir(" + ns + ", 1)\npour (i = 1, " + ks + ") v = v * 1.0001 + " + f + "\n";
+    t += "$ v[0], v[" + std::to_string(n - 1) + "]\nw = v\nv = v * 2\n$ w[1], v[1]\n";
+    t += "v = v * 2 + v\n$ v[2]\nv = v[0, 2] - v\n$ v\nv = remplir(" + ns + ", 3)\n";
+    t += "v = v / 0\n$ v[3]\nv = v - v[1, " + ns + "]\n$ v[4]\nv = v + (v = v * 3)\n$ v[5]\n";
+    t += "z = remplir(" + ns + ", 2)\nv = (z += 1)\n$ v[6], z[6]\nv = v++ * 2\n$ v[7]\n";
+    t += "v = v && remplir(" + ns + ", 0)\n$ v[8]\nv = v, 1\n$ v[" + ns + "]\n";
+    t += "$ pousse(remplir(" + ns + ", 2), " + ks + ")[0, 1]\n$ pousse(v, 2)[" + ns + "]\n";
+    t += "$ \"##FIN\"\n";
+    std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");
+    EXPECT_EQ(rapide, lente) << t;
+    EXPECT_EQ(compte(rapide, "Division par zero"), 1) << rapide;
+    float x = 1;  // in floats, as the language computes
+    for (int i = 0; i < k; ++i) x = x * 1.0001f + std::stof(f);
+    EXPECT_NE(rapide.find("> " + f6(x) + f6(x) + "\n"), std::string::npos) << rapide;
+    EXPECT_NE(rapide.find("> " + f6(x) + f6(2 * x) + "\n"), std::string::npos) << "the copy stays\n" << rapide;
+    EXPECT_NE(rapide.find("> " + f6(6 * x) + "\n"), std::string::npos) << rapide;
+  }
+  std::system(("rm -rf " + dir).c_str());
+}
+
 TEST(Raccourcis, DeepRecursionThroughElementsStopsAlikeAndTheStateIsClean) {
   char modele[] = "/tmp/orvrXXXXXX";
   ASSERT_NE(mkdtemp(modele), nullptr);
