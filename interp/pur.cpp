@@ -10,7 +10,7 @@
 #include <vector>
 
 namespace {
-constexpr int MAX_SLOTS = 16;    // a frame of floats on the machine stack
+constexpr int MAX_SLOTS = 16;    // slots of a function: bits of a mask
 constexpr int MAX_INSTR = 256;   // statements of one function
 constexpr int MAX_NOEUDS = 4096;
 constexpr int MAX_PROFONDEUR = 64;  // nested groups: the translation recurses
@@ -73,7 +73,7 @@ struct Op {
 
 // One node of an expression. N_BIN: a, b its operands; N_MATHS: the
 // built-in of ordinal op on a; N_APPEL: a the
-// first of its b arguments in `liens`, f the callee, made from `code`;
+// first of its b arguments in `liens`, f the callee;
 // N_BIN2: two operands that are constants or locals, read without a call
 // (slot and sb the locals' slots, -1 for the constants k and kb). `besoin`:
 // the slots other than formals that the node reads, which must have been
@@ -86,8 +86,6 @@ struct Noeud {
   std::uint32_t besoin = 0;
   int a = 0, b = 0;
   Pur* f = nullptr;
-  const Objet* objet = nullptr;
-  const mot* code = nullptr;
 };
 
 // One statement: e its expression; the next statement is `vrai` (and
@@ -587,8 +585,6 @@ int operande(Trad& t, const mot* q, const mot** suite) {
   n.a = static_cast<int>(t.p.liens.size());
   n.b = argc;
   n.f = c;
-  n.objet = f;
-  n.code = f->code;
   t.p.liens.insert(t.p.liens.end(), args.begin(), args.end());
   *suite = a;
   return noeud(t, n);
