@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "core/charge.h"
 #include "core/message.h"
 #include "device/device.h"
 
@@ -45,6 +46,7 @@ int regle(snd_pcm_t* p, int tampon) {
 int audio_ouvre(int fenetre) {
   audio_ferme(false);
   audio.taille_fenetre = audio_borne_fenetre(static_cast<float>(fenetre));
+  if (!charge_bib(BIB_SON)) return ECHEC;
   snd_lib_error_set_handler(muet);
   snd_pcm_t* p = nullptr;
   int r = snd_pcm_open(&p, "default", SND_PCM_STREAM_CAPTURE, SND_PCM_NONBLOCK);

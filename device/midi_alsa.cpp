@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "core/charge.h"
 #include "device/midi_interne.h"
 #include "device/periph_interne.h"
 
@@ -42,6 +43,7 @@ void libere() {
 }  // namespace
 
 int alsa_ouvre(int port) {
+  if (!charge_bib(BIB_SON)) return -1;
   int r = snd_seq_open(&seq, "default", SND_SEQ_OPEN_INPUT, SND_SEQ_NONBLOCK);
   int p = -1;
   if (r >= 0) {

@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "core/charge.h"
 #include "core/message.h"
 #include "device/device.h"
 
@@ -51,6 +52,7 @@ int son_joue(const char* nom) {
   Son s;
   if (son_lit(nom, o, s) < 0) return ECHEC;
   jeu.reset();
+  if (!charge_bib(BIB_SON)) return ECHEC;
   snd_lib_error_set_handler(muet);
   snd_pcm_t* p = nullptr;
   int r = snd_pcm_open(&p, "default", SND_PCM_STREAM_PLAYBACK, 0);

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "core/charge.h"
 #include "core/message.h"
 #include "display/display.h"
 #include "display/moteurs.h"
@@ -171,13 +172,16 @@ void fenetre_ouvrir() {
     cree();
     return;
   }
-  // Without a display the program stays a console shell; freeglut would
-  // end the process instead.
-  Display* d = XOpenDisplay(nullptr);
+  // Without a display, or without the window's libraries, the program
+  // stays a console shell; freeglut would end the process instead.
+  bool bib = charge_bib(BIB_FENETRE);
+  Display* d = bib ? XOpenDisplay(nullptr) : nullptr;
   if (!d) {
-    const char* nom = std::getenv("DISPLAY");
-    std::printf("%s: ", nom ? nom : "");
-    message(1, M_SANS_ECRAN);
+    if (bib) {
+      const char* nom = std::getenv("DISPLAY");
+      std::printf("%s: ", nom ? nom : "");
+      message(1, M_SANS_ECRAN);
+    }
     dem.graphique = false;
     int n = 0;
     if (mot_entree(1, B_GRAPHIQUE))

@@ -148,3 +148,4 @@
 |142:?\n
 |143:?\n
 |144:?\n
+|145:Bibliotheque partagee introuvable: la fenetre ou le son reste ferme\n

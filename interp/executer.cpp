@@ -239,6 +239,81 @@ template <mot OP, bool FN>
   return suite;
 }
 
+// Where an operand of ( V = ( A op B ) ) finds its value during the turns
+// of tours_registres: the target, the loop variable, or a block that no turn
+// writes, read once.
+enum Source : std::uint8_t { DANS_CIBLE, DANS_VARIABLE, FIXE };
+
+TOUJOURS_EN_LIGNE bool source(const mot* bloc, const mot* cible, const mot* variable, Source* s, float* k) {
+  if (bloc == cible) {
+    *s = DANS_CIBLE;
+    return true;
+  }
+  if (bloc == variable) {
+    *s = DANS_VARIABLE;
+    return variable[0] == 5;  // a loop variable of several floats is no scalar
+  }
+  *s = FIXE;
+  return rapide_detail::scalaire(bloc, k);
+}
+
+TOUJOURS_EN_LIGNE float choisit(Source s, float cible, float variable, float k) {
+  return s == DANS_CIBLE ? cible : s == DANS_VARIABLE ? variable : k;
+}
+
+// The turns of tours_scalaires with the values held in registers. A turn
+// writes the target's float and the loop variable's in place, and nothing
+// else runs between turns (only the interrupt and restart words can change,
+// from the signal): so the blocks stay where they are and hold what the
+// registers hold, and the next turn need not read them back from memory,
+// which made each turn wait for its own stores. Null when the blocks are
+// not of that kind at the start (the loop then takes tours_scalaires, whose
+// first turn says so); otherwise as tours_scalaires.
+template <mot OP, bool FN>
+[[gnu::noinline]] mot* tours_registres(mot* h, Boucle* b, const Rapide& r, float* valeur, long* nb) {
+  mot* const c = *r.cible.bloc;
+  mot* const w = b->variable->donnees;
+  if (!c || c == bloc_nil || c[0] != 5 || c[1] != BLOC_REEL || !w || w[0] <= 4 || w[1] != BLOC_REEL || c == w)
+    return nullptr;
+  Source sa, sb;
+  float ka = 0, kb = 0;
+  if (!source(*r.a.bloc, c, w, &sa, &ka) || !source(*r.b.bloc, c, w, &sb, &kb)) return nullptr;
+  const mot op = r.op;
+  const int fa = r.a.fn, fb = r.b.fn;
+  const float pas = b->pas, limite = b->limite;
+  reel* const e = reels(w + 4);
+  float v = lit_reel(c + 4), i = *e;
+  long n = 0;
+  mot* suite;
+  for (;;) {
+    float x = choisit(sa, v, i, ka), y = choisit(sb, v, i, kb), z;
+    if ((interrompu | reprise_demandee) ||
+        (FN && ((fa >= 0 && !maths_scalaire(fa, x, &x)) || (fb >= 0 && !maths_scalaire(fb, y, &y)))) ||
+        !calcul<OP>(op, x, y, &z)) {
+      suite = h + h[8];
+      break;
+    }
+    v = z;
+    ecrit_reel(c + 4, v);
+    ++n;
+    i += pas;
+    *e = i;
+    if ((pas > 0 && i > limite) || (pas < 0 && i < limite)) {
+      suite = h + h[9];
+      break;
+    }
+  }
+  if (n) *valeur = v;
+  *nb = n;
+  return suite;
+}
+
+template <mot OP, bool FN>
+mot* tours_(mot* h, Boucle* b, const Rapide& r, float* valeur, long* nb) {
+  if (mot* s = tours_registres<OP, FN>(h, b, r, valeur, nb)) return s;
+  return tours_scalaires<OP, FN>(h, b, r, valeur, nb);
+}
+
 // The turns of s = s, t (see ajout.h), the step inline as in
 // tours_scalaires; the interrupt word is read at every turn.
 template <class F>
@@ -291,11 +366,11 @@ mot* boucle_rapide(mot* h, Boucle* b, mot* s, mot ligne, mot* resultat, F attent
   mot* suite;
   if (!r.element && b->variable && !attention()) {
     long n = 0;
-    if (r.a.fn >= 0 || r.b.fn >= 0) suite = tours_scalaires<0, true>(h, b, r, &valeur, &n);
-    else if (r.op == '+') suite = tours_scalaires<'+', false>(h, b, r, &valeur, &n);
-    else if (r.op == '-') suite = tours_scalaires<'-', false>(h, b, r, &valeur, &n);
-    else if (r.op == '*') suite = tours_scalaires<'*', false>(h, b, r, &valeur, &n);
-    else suite = tours_scalaires<0, false>(h, b, r, &valeur, &n);
+    if (r.a.fn >= 0 || r.b.fn >= 0) suite = tours_<0, true>(h, b, r, &valeur, &n);
+    else if (r.op == '+') suite = tours_<'+', false>(h, b, r, &valeur, &n);
+    else if (r.op == '-') suite = tours_<'-', false>(h, b, r, &valeur, &n);
+    else if (r.op == '*') suite = tours_<'*', false>(h, b, r, &valeur, &n);
+    else suite = tours_<0, false>(h, b, r, &valeur, &n);
     interp.passes += static_cast<unsigned long>(n);
     tourne = n > 0;
   } else {

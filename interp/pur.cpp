@@ -2,6 +2,7 @@
 // pur.h).
 #include "interp/pur.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <memory>
@@ -9,7 +10,7 @@
 #include <vector>
 
 namespace {
-constexpr int MAX_SLOTS = 16;    // a frame of floats on the machine stack
+constexpr int MAX_SLOTS = 16;    // slots of a function: bits of a mask
 constexpr int MAX_INSTR = 256;   // statements of one function
 constexpr int MAX_NOEUDS = 4096;
 constexpr int MAX_PROFONDEUR = 64;  // nested groups: the translation recurses
@@ -18,9 +19,61 @@ enum : std::uint8_t { N_CONST, N_FORMEL, N_LOCAL, N_BIN, N_APPEL, N_BIN2, N_MATH
 enum : std::uint8_t { I_ABANDON, I_SI, I_RETOUR, I_AFFECTE, I_SAUT };
 }  // namespace
 
+namespace {
+// ---- the flat form ----------------------------------------------------------
+// A translated function runs as a flat list of operations on a frame of
+// float registers: its slots (formals first), then the temporaries of its
+// expressions. A call's arguments are computed into consecutive registers
+// of the caller, which become the callee's first slots, so nothing is
+// copied; the callee's value comes back in its first register. Calls do
+// not recurse on the machine stack: a run keeps its own stack of returns.
+constexpr int MAX_REGISTRES = 64;  // of one frame
+constexpr int MAX_APPELS = 4096;   // calls under way in one run
+
+// The ten operators, in the order of the operations' groups below.
+#define POUR_OPERATEURS(X) \
+  X(ADD, '+') X(SUB, '-') X(MUL, '*') X(DIV, '/') X(LT, '<') X(GT, '>') X(LE, OP_INF_EGAL) \
+  X(GE, OP_SUP_EGAL) X(EQ, OP_EGAL) X(NE, OP_DIFFERENT)
+#define POUR_COMPARAISONS(X) \
+  X(LT, '<') X(GT, '>') X(LE, OP_INF_EGAL) X(GE, OP_SUP_EGAL) X(EQ, OP_EGAL) X(NE, OP_DIFFERENT)
+
+// Operations: a b c registers, k a constant. O_x_RR: a = b x c; _RK: a = b x
+// k; _KR: a = k x b. S_x_..: the same comparison of b and c (or k), then
+// the next operation when it holds, else the one `saut` further.
+enum : std::uint8_t {
+#define X(N, C) O_##N##_RR, O_##N##_RK, O_##N##_KR,
+  POUR_OPERATEURS(X)
+#undef X
+#define X(N, C) S_##N##_RR, S_##N##_RK, S_##N##_KR,
+  POUR_COMPARAISONS(X)
+#undef X
+  S_R,        // b != 0, as above
+  O_MOV,      // a = b
+  O_CONST,    // a = k
+  O_MATHS,    // a = built-in x of b
+  O_VERIF,    // give up unless slot a has been written
+  O_MARQUE,   // slot a has been written
+  O_APPEL,    // a the first argument's register, f the callee, x its slots + 1
+  O_RETOUR,   // the value of register a
+  O_RETOUR_K, // the value k
+  O_ALLER,    // on by `saut`
+  O_SAUT,     // on by `saut`, where a loop turns: the interrupt is read
+  O_ABANDON,
+  O_NB
+};
+
+struct Op {
+  std::uint8_t genre = O_ABANDON, a = 0, b = 0, c = 0;
+  std::int32_t saut = 0;
+  float k = 0;
+  std::int32_t x = 0;
+  const Pur* f = nullptr;
+};
+}  // namespace
+
 // One node of an expression. N_BIN: a, b its operands; N_MATHS: the
 // built-in of ordinal op on a; N_APPEL: a the
-// first of its b arguments in `liens`, f the callee, made from `code`;
+// first of its b arguments in `liens`, f the callee;
 // N_BIN2: two operands that are constants or locals, read without a call
 // (slot and sb the locals' slots, -1 for the constants k and kb). `besoin`:
 // the slots other than formals that the node reads, which must have been
@@ -33,8 +86,6 @@ struct Noeud {
   std::uint32_t besoin = 0;
   int a = 0, b = 0;
   Pur* f = nullptr;
-  const Objet* objet = nullptr;
-  const mot* code = nullptr;
 };
 
 // One statement: e its expression; the next statement is `vrai` (and
@@ -53,14 +104,19 @@ struct Pur {
   std::vector<Noeud> noeuds;
   std::vector<int> liens;
   std::vector<Instr> instrs;
+  // The flat form, made once the translation of the outermost is done;
+  // `plat` false when it could not be (a frame too large).
+  bool aplati = false, plat = false;
+  std::vector<Op> ops;
+  std::uint32_t masque = 0;  // the formals, written at entry
+  // Every translation that a run of this one may enter, itself included:
+  // checked once at the outermost call, since nothing a run does changes
+  // the functions.
+  std::vector<const Pur*> deps;
+  bool deps_faits = false;
 };
 
 namespace {
-struct CadrePur {
-  float v[MAX_SLOTS];
-  std::uint32_t ecrit;  // the slots that hold a value
-};
-
 // The translations of this generation of the function table, by the index
 // of their object; the records stay until the generation changes, since
 // calls name them.
@@ -70,112 +126,383 @@ struct EtatPur {
   std::vector<std::unique_ptr<Pur>> tous;
 } etat_pur;
 
-// The machine stack a run may take: far less than the general way needs
-// for the same calls, so that a run that gives up for this reason is one
-// the general way makes or fails its own way. Set at each outermost call.
-const char* limite_c = nullptr;
+// The frames and returns of a run: runs do not nest, and a frame starts
+// less than MAX_REGISTRES after its caller's.
+float registres[(MAX_APPELS + 2) * MAX_REGISTRES];
+struct Retour {
+  const Op* o;
+  float* r;
+  Objet* haut;
+  std::uint32_t masque;
+};
+Retour retours[MAX_APPELS];
 
-bool evalue(const Pur& p, const Noeud* n, const CadrePur& c, Objet* loc, float* r);
-
-// Constants, locals and operators on them, the most frequent nodes, without
-// a call.
-TOUJOURS_EN_LIGNE bool valeur(const Pur& p, const Noeud* n, const CadrePur& c, Objet* loc, float* r) {
-  if (n->genre == N_FORMEL) {
-    *r = c.v[n->slot];
+// The run of p's flat form on its arguments in registres[0...]. `haut` is
+// where the general way's frame records would end, checked against the
+// same limit; `appels` is how many calls may be under way. False: given up.
+bool course(const Pur& p, Objet* haut, int appels, float* valeur) {
+  static const void* const table[O_NB] = {
+#define X(N, C) &&L_O_##N##_RR, &&L_O_##N##_RK, &&L_O_##N##_KR,
+      POUR_OPERATEURS(X)
+#undef X
+#define X(N, C) &&L_S_##N##_RR, &&L_S_##N##_RK, &&L_S_##N##_KR,
+      POUR_COMPARAISONS(X)
+#undef X
+      &&L_S_R, &&L_MOV, &&L_CONST, &&L_MATHS, &&L_VERIF, &&L_MARQUE, &&L_APPEL, &&L_RETOUR, &&L_RETOUR_K,
+      &&L_ALLER, &&L_SAUT, &&L_ABANDON};
+  float* r = registres;
+  Retour* pr = retours;
+  Retour* const pr_fin = retours + appels;
+  Objet* const fin_loc = piles.loc_fin;
+  std::uint32_t masque = p.masque;
+  const Op* o = p.ops.data();
+  float v;
+#define VA goto* table[o->genre]
+#define SUITE \
+  do {        \
+    ++o;      \
+    VA;       \
+  } while (0)
+  VA;
+#define X(N, C)                                                    \
+  L_O_##N##_RR:                                                    \
+  if (!calcul_scalaire(C, r[o->b], r[o->c], &v)) return false;     \
+  r[o->a] = v;                                                     \
+  SUITE;                                                           \
+  L_O_##N##_RK:                                                    \
+  if (!calcul_scalaire(C, r[o->b], o->k, &v)) return false;        \
+  r[o->a] = v;                                                     \
+  SUITE;                                                           \
+  L_O_##N##_KR:                                                    \
+  if (!calcul_scalaire(C, o->k, r[o->b], &v)) return false;        \
+  r[o->a] = v;                                                     \
+  SUITE;
+  POUR_OPERATEURS(X)
+#undef X
+#define X(N, C)                               \
+  L_S_##N##_RR:                               \
+  calcul_scalaire(C, r[o->b], r[o->c], &v);   \
+  o += v != 0 ? 1 : o->saut;                  \
+  VA;                                         \
+  L_S_##N##_RK:                               \
+  calcul_scalaire(C, r[o->b], o->k, &v);      \
+  o += v != 0 ? 1 : o->saut;                  \
+  VA;                                         \
+  L_S_##N##_KR:                               \
+  calcul_scalaire(C, o->k, r[o->b], &v);      \
+  o += v != 0 ? 1 : o->saut;                  \
+  VA;
+  POUR_COMPARAISONS(X)
+#undef X
+L_S_R:
+  o += r[o->b] != 0 ? 1 : o->saut;
+  VA;
+L_MOV:
+  r[o->a] = r[o->b];
+  SUITE;
+L_CONST:
+  r[o->a] = o->k;
+  SUITE;
+L_MATHS:
+  if (!maths_scalaire(o->x, r[o->b], &v)) return false;
+  r[o->a] = v;
+  SUITE;
+L_VERIF:
+  if (!(masque >> o->a & 1u)) return false;
+  SUITE;
+L_MARQUE:
+  masque |= 1u << o->a;
+  SUITE;
+L_APPEL: {
+  // The frame the general way would take: the same records, the same limit.
+  Objet* const h = haut + o->x;
+  if ((interrompu | reprise_demandee) || h >= fin_loc || pr == pr_fin) return false;
+  *pr++ = Retour{o + 1, r, haut, masque};
+  r += o->a;
+  haut = h;
+  masque = o->f->masque;
+  o = o->f->ops.data();
+  VA;
+}
+L_RETOUR:
+  v = r[o->a];
+  goto retour;
+L_RETOUR_K:
+  v = o->k;
+retour:
+  if (pr == retours) {
+    *valeur = v;
     return true;
   }
-  if (n->genre == N_CONST) {
-    *r = n->k;
-    return true;
-  }
-  if (n->genre == N_BIN2)
-    return (c.ecrit & n->besoin) == n->besoin &&
-           calcul_scalaire(n->op, n->slot >= 0 ? c.v[n->slot] : n->k, n->sb >= 0 ? c.v[n->sb] : n->kb, r);
-  if (n->genre == N_LOCAL) {
-    *r = c.v[n->slot];
-    return (c.ecrit & n->besoin) == n->besoin;
-  }
-  return evalue(p, n, c, loc, r);
+  r[0] = v;
+  --pr;
+  o = pr->o;
+  r = pr->r;
+  haut = pr->haut;
+  masque = pr->masque;
+  VA;
+L_SAUT:
+  // A loop turns here: Ctrl-C must reach it.
+  if (interrompu | reprise_demandee) return false;
+L_ALLER:
+  o += o->saut;
+  VA;
+L_ABANDON:
+  return false;
+#undef VA
+#undef SUITE
 }
 
-TOUJOURS_EN_LIGNE bool course(const Pur& p, CadrePur& c, Objet* loc, float* r) {
-  const Instr* const s = p.instrs.data();
-  const Noeud* const base = p.noeuds.data();
-  const Instr* i = s;
-  for (;;) {
-    switch (i->genre) {
-      case I_SI: {
-        float x;
-        if (!valeur(p, base + i->e, c, loc, &x)) return false;
-        i = s + (x != 0 ? i->vrai : i->faux);
-        continue;
+// ---- the flat form from the tree -------------------------------------------
+struct Plat {
+  Pur& p;
+  int haut = 0;    // the first free register
+  int taille = 0;  // registers used
+  bool ok = true;
+  std::vector<int> debut;                   // each statement's first operation
+  std::vector<std::pair<int, int>> renvois;  // operation, statement it jumps to
+};
+
+// A leaf or a register: what an operation reads.
+struct Source {
+  bool constante = false;
+  float k = 0;
+  int r = 0;
+};
+
+int registre(Plat& t) {
+  const int r = t.haut++;
+  if (t.haut > t.taille) t.taille = t.haut;
+  if (t.haut > MAX_REGISTRES) t.ok = false;
+  return r;
+}
+
+int emet(Plat& t, Op o) {
+  t.p.ops.push_back(o);
+  return static_cast<int>(t.p.ops.size()) - 1;
+}
+
+Op op(std::uint8_t genre, int a = 0, int b = 0, int c = 0) {
+  Op o;
+  o.genre = genre;
+  o.a = static_cast<std::uint8_t>(a);
+  o.b = static_cast<std::uint8_t>(b);
+  o.c = static_cast<std::uint8_t>(c);
+  return o;
+}
+
+// A slot read: a local other than a formal must have been written.
+Source lit_slot(Plat& t, int slot) {
+  if (slot >= t.p.nformels) emet(t, op(O_VERIF, slot));
+  return Source{false, 0, slot};
+}
+
+void dans(Plat& t, int n, int d);
+
+// Node n as an operand: leaves as they are, others in a new register.
+Source source(Plat& t, int n) {
+  const Noeud& x = t.p.noeuds[static_cast<std::size_t>(n)];
+  if (x.genre == N_CONST) return Source{true, x.k, 0};
+  if (x.genre == N_FORMEL || x.genre == N_LOCAL) return lit_slot(t, x.slot);
+  const int d = registre(t);
+  dans(t, n, d);
+  return Source{false, 0, d};
+}
+
+// The group of an operator: its rank in POUR_OPERATEURS, or -1.
+int rang(mot o) {
+  int i = 0;
+#define X(N, C) \
+  if (o == (C)) return i; \
+  ++i;
+  POUR_OPERATEURS(X)
+#undef X
+  return -1;
+}
+
+// Operands of an operation on two sources: a constant on the left with a
+// register on the right takes the _KR form; two constants put the left one
+// in register d first.
+void deux(Plat& t, int base, int d, Source x, Source y, std::int32_t saut_ou_0) {
+  if (x.constante && y.constante) {
+    Op c = op(O_CONST, d);
+    c.k = x.k;
+    emet(t, c);
+    x = Source{false, 0, d};
+  }
+  Op o;
+  if (!x.constante && !y.constante) {
+    o = op(static_cast<std::uint8_t>(base), d, x.r, y.r);
+  } else if (!x.constante) {
+    o = op(static_cast<std::uint8_t>(base + 1), d, x.r);
+    o.k = y.k;
+  } else {
+    o = op(static_cast<std::uint8_t>(base + 2), d, y.r);
+    o.k = x.k;
+  }
+  o.saut = saut_ou_0;
+  emet(t, o);
+}
+
+// The two operands of a N_BIN or N_BIN2 node.
+void operandes(Plat& t, const Noeud& x, Source* a, Source* b) {
+  if (x.genre == N_BIN2) {
+    *a = x.slot >= 0 ? lit_slot(t, x.slot) : Source{true, x.k, 0};
+    *b = x.sb >= 0 ? lit_slot(t, x.sb) : Source{true, x.kb, 0};
+  } else {
+    *a = source(t, x.a);
+    *b = source(t, x.b);
+  }
+}
+
+// Node n computed into register d. Only the last operation writes d, so d
+// may be a slot that the expression reads.
+void dans(Plat& t, int n, int d) {
+  const Noeud x = t.p.noeuds[static_cast<std::size_t>(n)];
+  const int h = t.haut;
+  switch (x.genre) {
+    case N_CONST: {
+      Op o = op(O_CONST, d);
+      o.k = x.k;
+      emet(t, o);
+      break;
+    }
+    case N_FORMEL:
+    case N_LOCAL:
+      lit_slot(t, x.slot);
+      emet(t, op(O_MOV, d, x.slot));
+      break;
+    case N_BIN:
+    case N_BIN2: {
+      Source a, b;
+      operandes(t, x, &a, &b);
+      const int g = rang(x.op);
+      if (g < 0) {
+        t.ok = false;
+        break;
       }
-      case I_AFFECTE: {
-        float x;
-        if (!valeur(p, base + i->e, c, loc, &x)) return false;
-        c.v[i->slot] = x;
-        c.ecrit |= 1u << i->slot;
-        i = s + i->vrai;
-        continue;
+      deux(t, O_ADD_RR + 3 * g, d, a, b, 0);
+      break;
+    }
+    case N_MATHS: {
+      Source a = source(t, x.a);
+      if (a.constante) {
+        Op c = op(O_CONST, d);
+        c.k = a.k;
+        emet(t, c);
+        a = Source{false, 0, d};
+      }
+      Op o = op(O_MATHS, d, a.r);
+      o.x = static_cast<std::int32_t>(x.op);
+      emet(t, o);
+      break;
+    }
+    case N_APPEL: {
+      // The arguments go where the callee's frame starts: d itself when it
+      // is the newest temporary, so that the value needs no move.
+      const int base = d >= t.p.nslots && d + 1 == t.haut ? d : t.haut;
+      const int* l = t.p.liens.data() + x.a;
+      for (int k = 0; k < x.b; ++k) {
+        t.haut = base + k;
+        registre(t);
+        dans(t, l[k], base + k);
+      }
+      if (base >= MAX_REGISTRES) t.ok = false;
+      Op o = op(O_APPEL, base);
+      o.f = x.f;
+      o.x = x.f->nslots + 1;
+      emet(t, o);
+      if (d != base) emet(t, op(O_MOV, d, base));
+      break;
+    }
+    default:
+      t.ok = false;
+  }
+  t.haut = h;
+}
+
+// The jump of operation i to the first operation of statement s.
+void renvoi(Plat& t, int i, int s) { t.renvois.emplace_back(i, s); }
+
+void aplatit(Pur& p) {
+  p.aplati = true;
+  p.ops.clear();
+  Plat t{p, 0, 0, true, {}, {}};
+  t.haut = t.taille = p.nslots;
+  const int n = static_cast<int>(p.instrs.size());
+  t.debut.assign(static_cast<std::size_t>(n), 0);
+  for (int i = 0; i < n; ++i) {
+    const Instr in = p.instrs[static_cast<std::size_t>(i)];
+    t.debut[static_cast<std::size_t>(i)] = static_cast<int>(p.ops.size());
+    t.haut = p.nslots;
+    auto suite = [&](int s) {
+      if (s != i + 1) renvoi(t, emet(t, op(O_ALLER)), s);
+    };
+    switch (in.genre) {
+      case I_SI: {
+        const Noeud& x = p.noeuds[static_cast<std::size_t>(in.e)];
+        const int g = (x.genre == N_BIN || x.genre == N_BIN2) ? rang(x.op) : -1;
+        if (g >= 4) {
+          // A comparison: tested and jumped on in one operation.
+          Source a, b;
+          operandes(t, x, &a, &b);
+          const int d = registre(t);
+          deux(t, S_LT_RR + 3 * (g - 4), d, a, b, 0);
+          renvoi(t, static_cast<int>(p.ops.size()) - 1, in.faux);
+        } else {
+          Source a = source(t, in.e);
+          if (a.constante) {
+            const int d = registre(t);
+            Op c = op(O_CONST, d);
+            c.k = a.k;
+            emet(t, c);
+            a = Source{false, 0, d};
+          }
+          renvoi(t, emet(t, op(S_R, 0, a.r)), in.faux);
+        }
+        suite(in.vrai);
+        break;
+      }
+      case I_AFFECTE:
+        dans(t, in.e, in.slot);
+        if (in.slot >= p.nformels) emet(t, op(O_MARQUE, in.slot));
+        suite(in.vrai);
+        break;
+      case I_RETOUR: {
+        Source a = source(t, in.e);
+        Op o = op(a.constante ? O_RETOUR_K : O_RETOUR, a.r);
+        o.k = a.k;
+        emet(t, o);
+        break;
       }
       case I_SAUT:
-        // A loop turns here: Ctrl-C must reach it.
-        if (interrompu | reprise_demandee) return false;
-        i = s + i->vrai;
-        continue;
-      case I_RETOUR:
-        return valeur(p, base + i->e, c, loc, r);
+        renvoi(t, emet(t, op(O_SAUT)), in.vrai);
+        break;
       default:
-        return false;
+        emet(t, op(O_ABANDON));
     }
   }
+  for (auto [o, s] : t.renvois) p.ops[static_cast<std::size_t>(o)].saut = t.debut[static_cast<std::size_t>(s)] - o;
+  p.masque = p.nformels >= 32 ? ~0u : (1u << p.nformels) - 1u;
+  p.plat = t.ok && t.taille <= MAX_REGISTRES && n > 0;
 }
 
-[[gnu::noinline]] bool appel_pur(const Pur& p, const Noeud* n, const CadrePur& c, Objet* loc, float* r) {
-  CadrePur d;
-  const int* l = p.liens.data() + n->a;
-  const Noeud* const base = p.noeuds.data();
-  for (int k = 0; k < n->b; ++k)
-    if (!valeur(p, base + l[k], c, loc, &d.v[k])) return false;
-  d.ecrit = (1u << n->b) - 1u;
-  const Pur& f = *n->f;
-  // The frame the general way would take: the same records, the same limit.
-  Objet* haut = loc + f.nslots + 1;
-  char ici;
-  if ((interrompu | reprise_demandee) || !f.pret || haut >= piles.loc_fin || n->objet->code != n->code ||
-      &ici < limite_c)
-    return false;
-  return course(f, d, haut, r);
-}
-
-bool evalue(const Pur& p, const Noeud* n, const CadrePur& c, Objet* loc, float* r) {
-  switch (n->genre) {
-    case N_CONST:
-      *r = n->k;
-      return true;
-    case N_FORMEL:
-      *r = c.v[n->slot];
-      return true;
-    case N_LOCAL:
-      return valeur(p, n, c, loc, r);
-    case N_BIN: {
-      float a, b;
-      const Noeud* base = p.noeuds.data();
-      return valeur(p, base + n->a, c, loc, &a) && valeur(p, base + n->b, c, loc, &b) &&
-             calcul_scalaire(n->op, a, b, r);
-    }
-    case N_APPEL:
-      return appel_pur(p, n, c, loc, r);
-    case N_BIN2:
-      return valeur(p, n, c, loc, r);
-    case N_MATHS: {
-      float x;
-      return valeur(p, p.noeuds.data() + n->a, c, loc, &x) && maths_scalaire(n->op, x, r);
-    }
+// The translations a run of p may enter.
+void dependances(Pur& p) {
+  p.deps_faits = true;
+  std::vector<const Pur*> a_voir{&p};
+  while (!a_voir.empty()) {
+    const Pur* q = a_voir.back();
+    a_voir.pop_back();
+    if (std::find(p.deps.begin(), p.deps.end(), q) != p.deps.end()) continue;
+    p.deps.push_back(q);
+    for (const Op& o : q->ops)
+      if (o.genre == O_APPEL) a_voir.push_back(o.f);
   }
-  return false;
 }
+}  // namespace
 
+namespace {
 // ---- translation ----------------------------------------------------------
 Pur* traduit(Objet* f);
 
@@ -258,8 +585,6 @@ int operande(Trad& t, const mot* q, const mot** suite) {
   n.a = static_cast<int>(t.p.liens.size());
   n.b = argc;
   n.f = c;
-  n.objet = f;
-  n.code = f->code;
   t.p.liens.insert(t.p.liens.end(), args.begin(), args.end());
   *suite = a;
   return noeud(t, n);
@@ -405,22 +730,41 @@ Pur* pur_de(Objet* f) {
     etat_pur.tous.clear();
     etat_pur.generation = lang.generation;
   }
-  if (Pur* p = connu(f)) return p->pret ? p : nullptr;
-  if (f < piles.obj_base || f >= piles.obj_haut) return nullptr;
-  return traduit(f);
+  Pur* p = connu(f);
+  if (!p) {
+    if (f < piles.obj_base || f >= piles.obj_haut) return nullptr;
+    p = traduit(f);
+  }
+  if (!p || !p->pret) return nullptr;
+  if (!p->deps_faits) {
+    // Every translation made by now is whole: the flat forms can name them.
+    for (auto& q : etat_pur.tous)
+      if (q->pret && !q->aplati) aplatit(*q);
+    dependances(*p);
+  }
+  return p;
 }
 
 bool pur_appel(const Pur* p, const mot* appel, float* valeur) {
   if (appel[3] != p->nformels || pile_c_epuisee()) return false;
+  for (const Pur* d : p->deps)
+    if (!d->pret || !d->plat || d->objet->code != d->code || d->objet->type != A_FONC) return false;
   Objet* haut = piles.loc_haut + p->nslots + 1;
   if (haut >= piles.loc_fin) return false;
-  CadrePur c;
   const mot* a = appel + 4;
   for (int k = 0; k < p->nformels; ++k, a += 5) {
     if (a[0] != 5 || a[1] != BLOC_REEL) return false;
-    c.v[k] = lit_reel(a + 4);
+    registres[k] = lit_reel(a + 4);
   }
-  c.ecrit = (1u << p->nformels) - 1u;
-  limite_c = interp.pile_c_base ? interp.pile_c_base - interp.pile_c_budget / 16 : nullptr;
-  return course(*p, c, haut, valeur);
+  // The machine stack a run may take, as calls: far less than the general
+  // way needs for the same calls, so that a run that gives up for this
+  // reason is one the general way makes or fails its own way.
+  long appels = MAX_APPELS;
+  if (interp.pile_c_base) {
+    char ici;
+    const long reste = (&ici - (interp.pile_c_base - interp.pile_c_budget / 16)) / 256;
+    if (reste < appels) appels = reste;
+  }
+  if (appels <= 0) return false;
+  return course(*p, haut, static_cast<int>(appels), valeur);
 }

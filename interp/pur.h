@@ -5,8 +5,9 @@
 // made of constants, its locals, the four operations, comparisons, the
 // built-ins on one scalar (sin, abs, ...), and calls of such functions with
 // as many arguments as they have formals, changes
-// nothing but its own value. It is translated once into a small tree and
-// run on floats. A run that meets anything that is not plain (a division
+// nothing but its own value. It is translated once into a small tree, then
+// into a flat list of operations on float registers, and run without
+// frames. A run that meets anything that is not plain (a division
 // that has to report, a local read before it is written, a retour without
 // value, the machine stack near its end, an interrupt) gives the whole
 // outermost call up: that call then runs again the general way from its
@@ -14,9 +15,10 @@
 // written before, so the two runs cannot be told apart.
 //
 // Invariants: a translation belongs to one generation of the function table
-// and to the code block it was made from (both are checked at the outermost
-// call, the code again at each inner call); its nodes and statements do not
-// move once built.
+// and to the code block it was made from. Nothing a run does changes the
+// functions, so the outermost call checks, once, the code of every
+// translation the run may enter; inner calls check only the interrupt and
+// the stack limits. Translations do not move once built.
 #pragma once
 #include "interp/interne.h"
 

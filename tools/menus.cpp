@@ -71,6 +71,12 @@ void sous_menu(int id, const std::string& t, int sous) {
   glutAddSubMenu(t.c_str(), sous);
   registre[id].push_back(t);
 }
+// A menu without entries would open as a window of no size, which the X
+// server refuses (BadValue): an empty root gets a mark that chooses nothing
+// (value 0 names no entry) and that the register does not list.
+void marque_si_vide(int id) {
+  if (registre[id].empty()) glutAddMenuEntry("-", 0);
+}
 void detruit(int& id) {
   if (id > 0) {
     glutDestroyMenu(id);
@@ -158,6 +164,7 @@ int racine_exec() {
     if (!t) break;
     entree(id, t, n);
   }
+  marque_si_vide(id);
   return id;
 }
 
@@ -171,6 +178,7 @@ int racine_menu(bool avec) {
       registre[id].clear();
       for (std::size_t n = 0; n < m.etiquettes.size() && n < 999; ++n)
         entree(id, m.etiquettes[n], VALEUR_FONC(static_cast<int>(k + 1), static_cast<int>(n + 1)));
+      marque_si_vide(id);
       ids_fonc.push_back(id);
     }
   }
@@ -179,6 +187,7 @@ int racine_menu(bool avec) {
     const std::string& t = outils::menus_fonc[k].titre;
     sous_menu(id, t.empty() ? std::string("?") : t, ids_fonc[k]);
   }
+  marque_si_vide(id);
   return id;
 }
 
@@ -266,7 +275,12 @@ int entre_mode_menu(int mode, bool attache) {
   Slot& sl = slots[s];
   fonctions_reconstruit();
   detruit(fen.racines[0]);
-  fen.racines[0] = sl.exec ? racine_exec() : cree_racine(0);
+  if (sl.exec) {
+    fen.racines[0] = racine_exec();
+  } else {
+    fen.racines[0] = cree_racine(0);
+    marque_si_vide(fen.racines[0]);
+  }
   detruit(fen.racines[1]);
   fen.racines[1] = racine_menu(sl.menu);
   if (fen.menus[s] < 1) {

@@ -21,31 +21,16 @@
 #include "interp/interp.h"
 #include "startup/startup.h"
 #include "tests/outils/blocs.h"
+#include "tests/outils/phrase.h"
 #include "tests/outils/vocabulaire.h"
 
 namespace {
 using namespace aff_b;
 
-struct El {
-  int env, ord;
-  std::vector<float> v;
-  bool avec = false;
-};
-El el(int env, int ord) { return {env, ord, {}, false}; }
-El el(int env, int ord, std::vector<float> v) { return {env, ord, std::move(v), true}; }
-El vol(std::vector<float> n) { return el(1, B_VOL, std::move(n)); }
 El b(int ord) { return el(1, ord); }
 El b(int ord, std::vector<float> v) { return el(1, ord, std::move(v)); }
 
-std::vector<mot> reels_(const std::vector<float>& x) {
-  std::vector<mot> w{static_cast<mot>(4 + x.size()), BLOC_REEL, static_cast<mot>(x.size()), 1};
-  for (float f : x) w.push_back(reel_mot(f));
-  return w;
-}
-
-struct Aff : testing::Test {
-  std::string sortie;
-  int r = 0;
+struct Aff : testing::Test, Lanceur {
   Oeil oeil_depart;
 
   void SetUp() override {
@@ -59,33 +44,6 @@ struct Aff : testing::Test {
     aff_enregistre();
   }
 
-  mot* phrase(const std::vector<El>& es) {
-    mot* bl = piles.eva_base;
-    mot* p = bl + 4;
-    for (const auto& e : es) {
-      p[1] = e.env;
-      p[2] = e.ord;
-      if (!e.avec) {
-        p[0] = 3;
-      } else {
-        auto w = reels_(e.v);
-        std::copy(w.begin(), w.end(), p + 3);
-        p[0] = static_cast<mot>(3 + w.size());
-      }
-      p += p[0];
-    }
-    bl[0] = static_cast<mot>(p - bl), bl[1] = BLOC_PHRASE, bl[2] = static_cast<mot>(es.size()), bl[3] = 0;
-    return bl;
-  }
-  std::vector<float> lance(const std::vector<El>& es, const std::vector<float>* affecte = nullptr) {
-    mot* bl = phrase(es);
-    std::vector<mot> v = affecte ? reels_(*affecte) : std::vector<mot>{};
-    testing::internal::CaptureStdout();
-    r = commande(bl, piles.eva_limite, affecte ? v.data() : nullptr);
-    sortie = testing::internal::GetCapturedStdout();
-    if (bl[0] <= 4 || bl[1] != BLOC_REEL) return {};
-    return std::vector<float>(reels(bl + 4), reels(bl + 4) + bl[0] - 4);
-  }
   Objet* volume(int n) { return objet_trouve(B_VOL, 0, n, nullptr); }
   Objet* cube(int n, float cote = 2) {
     Objet* o = objet_cree(1, B_VOL, 0, nullptr, nullptr, n);

@@ -13,73 +13,17 @@
 #include "startup/startup.h"
 
 #include "interp/interp.h"
+#include "tests/outils/phrase.h"
 #include "tests/outils/vocabulaire.h"
 
 namespace {
-struct Element {
-  int env, ord;
-  std::vector<float> v;
-  std::string s;
-  bool avec = false, chaine = false;
-};
-
-Element el(int env, int ord) { return {env, ord, {}, {}, false, false}; }
-Element el(int env, int ord, std::vector<float> v) { return {env, ord, std::move(v), {}, true, false}; }
-Element texte(int env, int ord, const char* s) { return {env, ord, {}, s, true, true}; }
-Element vol(std::vector<float> n) { return el(1, B_VOL, std::move(n)); }
-
-std::vector<mot> reels_(const std::vector<float>& x) {
-  std::vector<mot> b{static_cast<mot>(4 + x.size()), BLOC_REEL, static_cast<mot>(x.size()), 1};
-  for (float f : x) b.push_back(reel_mot(f));
-  return b;
-}
-
-struct CommandeGeom : testing::Test {
-  std::string sortie;
-  int r = 0;
-
+struct CommandeGeom : testing::Test, Lanceur {
   void SetUp() override {
     vocabulaire_charge();
     ASSERT_EQ(piles_alloue(100, 200000, 100, 2000), 0);
     geom = Geom{};
   }
 
-  mot* phrase(const std::vector<Element>& es) {
-    mot* b = piles.eva_base;
-    mot* p = b + 4;
-    for (const auto& e : es) {
-      p[1] = e.env;
-      p[2] = e.ord;
-      mot* v = p + 3;
-      if (!e.avec) {
-        p[0] = 3;
-      } else if (e.chaine) {
-        mot l = long_chaine(e.s.size());
-        std::memset(v, 0, sizeof(mot) * l);
-        v[0] = l, v[1] = BLOC_CHAINE, v[2] = 1, v[3] = 1;
-        std::memcpy(v + 4, e.s.c_str(), e.s.size() + 1);
-        p[0] = 3 + l;
-      } else {
-        auto w = reels_(e.v);
-        std::copy(w.begin(), w.end(), v);
-        p[0] = static_cast<mot>(3 + w.size());
-      }
-      p += p[0];
-    }
-    b[0] = static_cast<mot>(p - b), b[1] = BLOC_PHRASE, b[2] = static_cast<mot>(es.size()), b[3] = 0;
-    return b;
-  }
-
-  // Runs the phrase; its value as floats (empty for nil or none).
-  std::vector<float> lance(const std::vector<Element>& es, const std::vector<float>* affecte = nullptr) {
-    mot* b = phrase(es);
-    std::vector<mot> v = affecte ? reels_(*affecte) : std::vector<mot>{};
-    testing::internal::CaptureStdout();
-    r = commande(b, piles.eva_limite, affecte ? v.data() : nullptr);
-    sortie = testing::internal::GetCapturedStdout();
-    if (b[0] <= 4 || b[1] != BLOC_REEL) return {};
-    return std::vector<float>(reels(b + 4), reels(b + 4) + b[0] - 4);
-  }
   // vol(n) key = values
   void ecrit(int n, int cle, std::vector<float> x) {
     lance({vol({static_cast<float>(n)}), el(1, cle)}, &x);
@@ -163,26 +107,21 @@ TEST_F(CommandeGeom, SingleVerticesAndFacesSelectionsAndCompositeFaces) {
 }
 
 TEST_F(CommandeGeom, ShapesInOnePhrase) {
-  lance({vol({1}), el(1, B_CUBE, {2})});
-  EXPECT_EQ(nb_som(volume(1)), 8);
-  EXPECT_EQ(nb_faces(volume(1)), 6);
+  const struct {
+    int forme;
+    std::vector<float> v;
+    int som, fac;
+  } formes[] = {{B_CUBE, {2}, 8, 6},           {B_SPHERE, {1, 8, 4}, 2 + 8 * 3, 8 + 8 * 2 + 8},
+                {B_CYLINDRE, {1, 2, 12}, 24, 14}, {B_CONE, {1, 2, 12}, 13, 13},
+                {B_TORE, {2, 0.5f, 12, 6}, 72, 72}, {B_GRILLE, {4, 3}, 20, 12}};
+  for (int n = 1; n <= 6; ++n) {
+    const auto& f = formes[n - 1];
+    lance({vol({static_cast<float>(n)}), el(1, f.forme, f.v)});
+    EXPECT_EQ(nb_som(volume(n)), f.som) << "forme " << f.forme;
+    EXPECT_EQ(nb_faces(volume(n)), f.fac) << "forme " << f.forme;
+  }
   EXPECT_EQ(lit(1, B_SOM)[0], -1);
-  lance({vol({2}), el(1, B_SPHERE, {1, 8, 4})});
-  EXPECT_EQ(nb_som(volume(2)), 2 + 8 * 3);
-  EXPECT_EQ(nb_faces(volume(2)), 8 + 8 * 2 + 8);
-  lance({vol({3}), el(1, B_CYLINDRE, {1, 2, 12})});
-  EXPECT_EQ(nb_som(volume(3)), 24);
-  EXPECT_EQ(nb_faces(volume(3)), 14);
-  lance({vol({4}), el(1, B_CONE, {1, 2, 12})});
-  EXPECT_EQ(nb_som(volume(4)), 13);
-  EXPECT_EQ(nb_faces(volume(4)), 13);
-  lance({vol({5}), el(1, B_TORE, {2, 0.5f, 12, 6})});
-  EXPECT_EQ(nb_som(volume(5)), 72);
-  EXPECT_EQ(nb_faces(volume(5)), 72);
-  lance({vol({6}), el(1, B_GRILLE, {4, 3})});
   Objet* g = volume(6);
-  EXPECT_EQ(nb_som(g), 20);
-  EXPECT_EQ(nb_faces(g), 12);
   EXPECT_EQ(vol_forme(g), B_GRILLE);
   const mot tailles[] = {1, B_GRILLE};
   EXPECT_EQ(vol_valeur(g, 1, tailles)[0], 6);  // its sizes, kept as they were given

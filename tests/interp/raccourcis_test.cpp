@@ -246,11 +246,17 @@ TEST(Raccourcis, LoopsOverOneStatementTurnAloneAndHandBackAlike) {
     t += "pour (k = 1, 5, 0.3) x[k] = k\n$ x, k\n";
     t += "pour (k = 9, 0, -1) x[k] = x[9 - k] * k\n$ x\n";
     t += "pour (i = 1, 4) s = i - s\n$ s\n";
+    // Operands that are the target twice, the loop variable twice, a
+    // variable no turn writes, a built-in on the target.
+    t += "w = " + nombre(-99999, 99999) + ".37\ns = 1.001\npour (i = 1, " + nombre(1, 400) + ") s = s * s\n$ s, i\n";
+    t += "pour (i = " + d + ", " + f + ", " + p + ") u = i + i\n$ u, i\n";
+    t += "pour (i = 1, " + nombre(1, 9000) + ") s = w - i\n$ s\npour (i = 0, 77) s = sin(s) + w\n$ s\n";
+    t += "pour (i = 3, -40, -1.5) w = w / i\n$ w, i\n";
     t += "$ somme(" + nombre(1, 3000) + ")\n$ divise(" + nombre(0, 4) + ")\n";
     t += "$ \"##FIN\"\n";
     std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");
     EXPECT_EQ(rapide, lente) << t;
-    EXPECT_EQ(compte(rapide, "Division par zero"), 2) << rapide;
+    EXPECT_EQ(compte(rapide, "Division par zero"), 3) << rapide;
     EXPECT_NE(rapide.find("divise 4: "), std::string::npos) << "the failing line of the body\n" << rapide;
     EXPECT_NE(rapide.find("> 1023.000000 \n"), std::string::npos) << "i = i * 2, then its step\n" << rapide;
   }
@@ -281,6 +287,11 @@ TEST(Raccourcis, ScalarFunctionsGiveTheGeneralWaysValuesAndFailures) {
   fichier("impair", "impair(n)\n{\n  si (n < 1) retour 0\n  retour pair(n - 1)\n}\n");
   fichier("nulle", "nulle(n)\n{\n  si (n > 2) retour n\n}\n");
   fichier("onde", "onde(x, k)\n{\n  si (k < 1) retour 0 - sin(x)\n  retour onde(cos(x) * 2, k - 1) + abs(x) / tanh(k)\n}\n");
+  // Calls as arguments of calls, a test on a value, tests of constants, a
+  // local written on one branch only.
+  fichier("arbre", "arbre(a, b)\n{\n  retour deux(moyenne(a, b, a - b), b) * moyenne(b, 1, deux(a, 2))\n}\n");
+  fichier("cond", "cond(n)\n{\n  si (n) retour 2 > 1\n  si (3 < 2) retour 9\n  retour 0 - n\n}\n");
+  fichier("mixte", "mixte(x)\n{\n  si (x >= 0) y = sin(x) * 2\n  z = y / x - cond(x - 1)\n  retour z\n}\n");
   auto nombre = [&](int lo, int hi) { return lo + static_cast<int>(a() % static_cast<unsigned>(hi - lo + 1)); };
   for (int essai = 0; essai < 2; ++essai) {
     const int n = nombre(12, 19), grand = 2 * nombre(500000, 9000000) + 1;
@@ -293,6 +304,8 @@ TEST(Raccourcis, ScalarFunctionsGiveTheGeneralWaysValuesAndFailures) {
     t += "$ plonge(1)\n$ x + 2\n$ lit(-1)\n$ lit(7.5)\n$ nulle(1)\n$ nulle(9)\n";
     t += "$ deux(vecteur(3), 2)\n$ deux(3)\n$ deux(\"ab\", 2)\n$ fib(vecteur(2))\n";
     t += "$ onde(" + std::to_string(grand) + ", " + std::to_string(profond) + ")\n$ onde(0.5, -1), onde(3, 1)\n";
+    t += "$ arbre(" + std::to_string(grand) + ".75, -" + std::to_string(profond) + ".5)\n$ cond(0), cond(-17.25)\n";
+    t += "$ mixte(" + std::to_string(nombre(1, 999999)) + ".125)\n$ mixte(-2.5)\n$ x + 3\n";
     t += "$ fib(1e9 - 0.5) < 0\n";  // so deep that it only fails
     t += "$ \"##FIN\"\n";
     std::string rapide = sortie(t, false, dir + "/"), lente = sortie(t, true, dir + "/");

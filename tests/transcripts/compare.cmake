@@ -67,11 +67,28 @@ execute_process(COMMAND ${ORVANE} ${args}
   WORKING_DIRECTORY ${SCRATCH}
   TIMEOUT 60)
 set(attendu_fichier ${dir}/${nom}.out)
+# Most runs start with the same banner: their .out leaves it out (it does
+# not start with the banner's first character) and entete.txt stands for it,
+# with the utilities' directory of a uti= key.
+file(READ ${SOURCE}/tests/transcripts/entete.txt entete)
+foreach(a ${args})
+  if(a MATCHES "^uti=(.*)$")
+    string(REPLACE "Utilitaires dans \n" "Utilitaires dans ${CMAKE_MATCH_1}/\n" entete "${entete}")
+  endif()
+endforeach()
 if(DEFINED REGENERE)
+  string(LENGTH "${entete}" n)
+  string(SUBSTRING "${sortie}" 0 ${n} debut)
+  if(debut STREQUAL entete)
+    string(SUBSTRING "${sortie}" ${n} -1 sortie)
+  endif()
   file(WRITE ${attendu_fichier} "${sortie}")
   return()
 endif()
 file(READ ${attendu_fichier} attendu)
+if(NOT attendu MATCHES "^\\*")
+  string(PREPEND attendu "${entete}")
+endif()
 if(GRAPHIQUE)
   # The announcement's two texts, as the message file gives them.
   file(STRINGS ${SOURCE}/env/mesb.h avec REGEX "^\\|89:")
