@@ -54,9 +54,21 @@ std::vector<float> som(int num) {
   const reel* s = vol_som(objet_trouve(B_VOL, 0, num, nullptr), &n, &d);
   return std::vector<float>(s, s + static_cast<long>(n) * d);
 }
+// Every test starts the scene with no frame rate: frames run when asked.
+struct SceneGl : testing::Test {
+  ArgsInter a;
+  void SetUp() override { a.cadence = 0; }
+  // A start that must fail: nothing runs, the shell keeps the idle event.
+  std::string rate() {
+    std::string s = sortie_de([&] { EXPECT_EQ(interaction_debut(a), -1); });
+    EXPECT_FALSE(interaction_en_cours());
+    EXPECT_EQ(fen.mode_interactif, 0);
+    return s;
+  }
+};
 }  // namespace
 
-TEST(SceneGl, CentImagesSansAllocation) {
+TEST_F(SceneGl, CentImagesSansAllocation) {
   monde_scene(7);
   Objet* f = fonction_de_texte("tourne_gl", "tourne_gl()\n{\n  vol(3) roty(5)\n  vol(4) dep(1, 0, 0)\n}\n");
   ASSERT_NE(f, nullptr);
@@ -80,19 +92,15 @@ TEST(SceneGl, CentImagesSansAllocation) {
   EXPECT_EQ(fen.mode_interactif, 0);
 }
 
-TEST(SceneGl, ValiderOuRestaurer) {
+TEST_F(SceneGl, ValiderOuRestaurer) {
   monde_scene(2);
   const std::vector<float> depart = som(1);
-  ArgsInter a;
-  a.cadence = 0;
   // "quitter en validant": the live placement goes into the vertices.
   ASSERT_EQ(interaction_debut(a), 0);
   Vol_inter* v = vol_inter_de(1);
   ASSERT_NE(v, nullptr);
   v->pos[0] = 17;
-  testing::internal::CaptureStdout();
-  interaction_menu(2);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "quitter en validant\n");
+  EXPECT_EQ(sortie_de([&] { interaction_menu(2); }), "quitter en validant\n");
   EXPECT_FALSE(interaction_en_cours());
   std::vector<float> apres = som(1);
   ASSERT_EQ(apres.size(), depart.size());
@@ -103,16 +111,12 @@ TEST(SceneGl, ValiderOuRestaurer) {
   reel* s = vol_som(objet_trouve(B_VOL, 0, 1, nullptr), &n, &d);
   s[0] = 999;
   ASSERT_EQ(interaction_image(), 0);
-  testing::internal::CaptureStdout();
-  interaction_menu(1);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "quitter sans valider\n");
+  EXPECT_EQ(sortie_de([&] { interaction_menu(1); }), "quitter sans valider\n");
   EXPECT_EQ(som(1), apres);
 }
 
-TEST(SceneGl, EntreesDuMenu) {
+TEST_F(SceneGl, EntreesDuMenu) {
   monde_scene(3);
-  ArgsInter a;
-  a.cadence = 0;
   ASSERT_EQ(interaction_debut(a), 0);
   struct {
     int entree;
@@ -122,9 +126,7 @@ TEST(SceneGl, EntreesDuMenu) {
              {12, "rota(vol)\n", 34},  {13, "rotx(vol)\n", 35},  {14, "roty(vol)\n", 36},   {15, "rotz(vol)\n", 37},
              {16, "dep(vol)\n", 31}};
   for (auto& c : cas) {
-    testing::internal::CaptureStdout();
-    interaction_menu(c.entree);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), c.ligne);
+    EXPECT_EQ(sortie_de([&] { interaction_menu(c.entree); }), c.ligne);
     EXPECT_EQ(inter.cmd_souris, c.cmd);
   }
   testing::internal::CaptureStdout();
@@ -137,24 +139,17 @@ TEST(SceneGl, EntreesDuMenu) {
   EXPECT_EQ(inter.cmd_rayon, 68);
   // reset: the mouse forgets, the records go back to their start.
   vol_inter_de(2)->rotx = 45;
-  testing::internal::CaptureStdout();
-  interaction_menu(4);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "reset\n");
+  EXPECT_EQ(sortie_de([&] { interaction_menu(4); }), "reset\n");
   EXPECT_EQ(inter.cmd_souris, 0);
   EXPECT_EQ(vol_inter_de(2)->rotx, 0);
   // A frame at ortho still draws; an entry past 18 does nothing.
   EXPECT_EQ(interaction_image(), 0);
-  testing::internal::CaptureStdout();
-  interaction_menu(19);
-  interaction_menu(-3);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(sortie_de([] { interaction_menu(19), interaction_menu(-3); }), "");
   interaction_fin();
 }
 
-TEST(SceneGl, GlissementDeLOeil) {
+TEST_F(SceneGl, GlissementDeLOeil) {
   monde_scene(2);
-  ArgsInter a;
-  a.cadence = 0;
   ASSERT_EQ(interaction_debut(a), 0);
   // A record far out of the window: the eye glides to it in 4 frames.
   Vol_inter* v = vol_inter_de(2);
@@ -172,9 +167,7 @@ TEST(SceneGl, GlissementDeLOeil) {
   ASSERT_EQ(inter_glide(2, 4), 0);
   ASSERT_EQ(interaction_image(), 0);
   EXPECT_EQ(oeil_courant.vise[0], ici.vise[0]);
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(inter_glide(99, 4), -1);
-  EXPECT_NE(testing::internal::GetCapturedStdout().find("99: "), std::string::npos);
+  EXPECT_NE(sortie_de([&] { EXPECT_EQ(inter_glide(99, 4), -1); }).find("99: "), std::string::npos);
   interaction_fin();
 }
 
@@ -221,7 +214,7 @@ float plus_bas(int num) {
 }
 }  // namespace
 
-TEST(SceneGl, DrapTombeSurUnCollisionneur) {
+TEST_F(SceneGl, DrapTombeSurUnCollisionneur) {
   monde_scene(0);
   Objet* drap = grille_xz(1, 9, 10, 20);
   Objet* sol = grille_xz(2, 25, 5, -30);
@@ -244,8 +237,6 @@ TEST(SceneGl, DrapTombeSurUnCollisionneur) {
   ASSERT_NE(vd, nullptr);
   const float vd_avant = vd[0];
   etats[1][150] = 1, vd[0] = 1;
-  ArgsInter a;
-  a.cadence = 0;
   ASSERT_EQ(interaction_debut(a), 0);
   const std::string dir = ::testing::TempDir();
   std::vector<float> bas;
@@ -316,22 +307,18 @@ int blancs(int x1, int y1, int x2, int y2) {
 }
 }  // namespace
 
-TEST(SceneGl, ImageDeFondEtFondu) {
+TEST_F(SceneGl, ImageDeFondEtFondu) {
   monde_scene(1);
   ASSERT_EQ(image_ecran_taille(200, 200), 0);
   const int rouge[3] = {230, 20, 10}, bleu[3] = {15, 30, 240}, vert[3] = {10, 220, 40}, jaune[3] = {250, 240, 5};
   // 73 x 41: odd sizes, stretched to the 200 x 200 window.
   image_deux(7, 73, 41, rouge, bleu);
   image_deux(8, 73, 41, vert, jaune);
-  ArgsInter a;
-  a.cadence = 0;
   const std::string dir = ::testing::TempDir();
   const std::string nom = dir + "fond_.png";
   a.nom_images = nom.c_str();
   ASSERT_EQ(interaction_debut(a), 0);
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(inter_fond(3311, 0, 0), -1);
-  EXPECT_NE(testing::internal::GetCapturedStdout().find("3311: "), std::string::npos);
+  EXPECT_NE(sortie_de([&] { EXPECT_EQ(inter_fond(3311, 0, 0), -1); }).find("3311: "), std::string::npos);
   EXPECT_EQ(inter.num_fond, 0);
   ASSERT_EQ(inter_fond(7, 0, 0), 0);
   ASSERT_EQ(interaction_image(), 0);
@@ -367,11 +354,9 @@ TEST(SceneGl, ImageDeFondEtFondu) {
   interaction_fin();
 }
 
-TEST(SceneGl, SurimpressionDesPremieresImages) {
+TEST_F(SceneGl, SurimpressionDesPremieresImages) {
   monde_scene(0);
   ASSERT_EQ(image_ecran_taille(200, 200), 0);
-  ArgsInter a;
-  a.cadence = 0;
   a.nb_premieres = 3;
   const std::string nom = ::testing::TempDir() + "premieres_.png";
   a.nom_images = nom.c_str();
@@ -393,10 +378,8 @@ TEST(SceneGl, SurimpressionDesPremieresImages) {
 // The record's faces as vertex addresses; a volume whose faces name a
 // vertex it does not have: its builder names itself, nothing starts, the
 // records already made are freed and the objects stay as they were.
-TEST(SceneGl, FacesEnAdressesEtConstructeurQuiEchoue) {
+TEST_F(SceneGl, FacesEnAdressesEtConstructeurQuiEchoue) {
   monde_scene(2);
-  ArgsInter a;
-  a.cadence = 0;
   ASSERT_EQ(interaction_debut(a), 0);
   const Vol_inter* v = vol_inter_de(2);
   ASSERT_NE(v, nullptr);
@@ -431,12 +414,8 @@ TEST(SceneGl, FacesEnAdressesEtConstructeurQuiEchoue) {
   // (what the first made on the objects stays with them).
   long vivants[2] = {0, 0};
   for (long& viv : vivants) {
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(interaction_debut(a), -1);
-    const std::string sortie = testing::internal::GetCapturedStdout();
+    const std::string sortie = rate();
     EXPECT_NE(sortie.find("\ninteraction_creer_1(3)\n"), std::string::npos) << sortie;
-    EXPECT_FALSE(interaction_en_cours());
-    EXPECT_EQ(fen.mode_interactif, 0);
     viv = memoire.compteur;
   }
   EXPECT_EQ(vivants[0], vivants[1]);
@@ -452,7 +431,7 @@ TEST(SceneGl, FacesEnAdressesEtConstructeurQuiEchoue) {
 // A grid drawn as a cubic surface with the surfaces' state on: its net of
 // 5 x 4 vertices, sampled three times finer, the tolerance from the
 // window's width; a net whose size does not match its vertices is refused.
-TEST(SceneGl, SurfaceNurbsDUneGrille) {
+TEST_F(SceneGl, SurfaceNurbsDUneGrille) {
   monde_scene(0);
   ASSERT_EQ(image_ecran_taille(200, 200), 0);
   std::vector<float> s;
@@ -471,8 +450,6 @@ TEST(SceneGl, SurfaceNurbsDUneGrille) {
   attribut_ecrit_2(o, 1, 45, 1, 85, &tol, 1, 1);
   const mot etat_avant = etats[1][45];
   etats[1][45] = 1;
-  ArgsInter a;
-  a.cadence = 0;
   const std::string nom = ::testing::TempDir() + "nurbs_.png";
   a.nom_images = nom.c_str();
   ASSERT_EQ(interaction_debut(a), 0);
@@ -495,10 +472,7 @@ TEST(SceneGl, SurfaceNurbsDUneGrille) {
   interaction_fin();
   // The same surface with a net of 4 x 4 announced over 20 vertices.
   o->f2 = 4;
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(interaction_debut(a), -1);
-  EXPECT_NE(testing::internal::GetCapturedStdout().find("objet_incoherent\ninteraction_creer_1(1)\n"), std::string::npos);
-  EXPECT_FALSE(interaction_en_cours());
+  EXPECT_NE(rate().find("objet_incoherent\ninteraction_creer_1(1)\n"), std::string::npos);
   etats[1][45] = etat_avant;
 }
 
@@ -508,14 +482,6 @@ std::array<float, 3> sommet_grille(const Grille_inter* g, int k) {
   const reel* s = reels(g->som + 4) + 3L * k;
   return {s[0], s[1], s[2]};
 }
-
-std::string debut_rate(const ArgsInter& a) {
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(interaction_debut(a), -1);
-  EXPECT_FALSE(interaction_en_cours());
-  EXPECT_EQ(fen.mode_interactif, 0);
-  return testing::internal::GetCapturedStdout();
-}
 }  // namespace
 
 // A surface of lines: its rows are the vertices of other volumes (all of a
@@ -523,7 +489,7 @@ std::string debut_rate(const ArgsInter& a) {
 // of another volume; at every frame it follows where they stand, with no
 // allocation; rows of different lengths, an unknown line, a vertex out of
 // range and pins not in triples are refused, nothing started.
-TEST(SceneGl, SurfaceDeLignes) {
+TEST_F(SceneGl, SurfaceDeLignes) {
   monde_scene(0);
   const std::vector<float> l1 = {-50.5f, 10, 3, -17.25f, 12, 3, 16, 9.5f, 3, 49, 11, 3};
   const std::vector<float> l2 = {-51, 40.75f, 3, -18, 41, 3, 15.5f, 39, 3, 48.25f, 42, 3};
@@ -549,8 +515,6 @@ TEST(SceneGl, SurfaceDeLignes) {
   const std::vector<float> rangs = {3, 6, 4, 2, 1, 0, 1, 0, 2};
   lignes(rangs);
   epingles({12, 3, 5});
-  ArgsInter a;
-  a.cadence = 0;
   ASSERT_EQ(interaction_debut(a), 0);
   Vol_inter* v = vol_inter_de(4);
   ASSERT_NE(v, nullptr);
@@ -616,20 +580,20 @@ TEST(SceneGl, SurfaceDeLignes) {
 
   // Refusals, each leaving the objects and no block behind.
   lignes({1, 0, 3});
-  EXPECT_NE(debut_rate(a).find("objet_incoherent\ninteraction_creer_1(4)\n"), std::string::npos);
+  EXPECT_NE(rate().find("objet_incoherent\ninteraction_creer_1(4)\n"), std::string::npos);
   const long vivants = memoire.compteur;
-  EXPECT_NE(debut_rate(a).find("objet_incoherent\ninteraction_creer_1(4)\n"), std::string::npos);
+  EXPECT_NE(rate().find("objet_incoherent\ninteraction_creer_1(4)\n"), std::string::npos);
   lignes({1, 0, 99});
-  std::string s = debut_rate(a);
+  std::string s = rate();
   EXPECT_EQ(s.rfind("99: ", 0), 0u) << s;
   EXPECT_NE(s.find("interaction_creer_1(4)\n"), std::string::npos) << s;
   lignes({1, 1, 2, 3, 0, 3, 1, 2, 7});
-  EXPECT_EQ(debut_rate(a).rfind("7: ", 0), 0u);
+  EXPECT_EQ(rate().rfind("7: ", 0), 0u);
   lignes({1, 0, 2.5f});
-  EXPECT_NE(debut_rate(a).find("interaction_creer_1(4)\n"), std::string::npos);
+  EXPECT_NE(rate().find("interaction_creer_1(4)\n"), std::string::npos);
   lignes(rangs);
   epingles({1, 3});
-  EXPECT_NE(debut_rate(a).find("interaction_creer_1(4)\n"), std::string::npos);
+  EXPECT_NE(rate().find("interaction_creer_1(4)\n"), std::string::npos);
   EXPECT_EQ(memoire.compteur, vivants);
   EXPECT_EQ(som(1), l1);
   EXPECT_EQ(som(2), l2);
@@ -640,7 +604,7 @@ TEST(SceneGl, SurfaceDeLignes) {
 // 0 0 0 0 .5 1 1 1 1 (at u = .25: 1/8, 19/32, 1/4, 1/32, 0); a flat net
 // gives flat samples with +-z normals, a random one keeps its corners and
 // stays within its values; a net changed in the object is sampled again.
-TEST(SceneGl, SurfaceFineDUnFilet) {
+TEST_F(SceneGl, SurfaceFineDUnFilet) {
   monde_scene(0);
   const mot etat_avant = etats[1][45];
   etats[1][45] = 1;
@@ -663,8 +627,6 @@ TEST(SceneGl, SurfaceFineDUnFilet) {
   std::srand(4097);
   const std::vector<float> s3 = filet(3, 7, 5, [](int, int) { return static_cast<float>(std::rand() % 200001 - 100000) / 97.f; });
   for (int k = 1; k <= 3; ++k) attribut_ecrit_1(objet_trouve(B_VOL, 0, k, nullptr), 1, 45, &un, 1, 1);
-  ArgsInter a;
-  a.cadence = 0;
   ASSERT_EQ(interaction_debut(a), 0);
   const Vol_inter* v1 = vol_inter_de(1);
   ASSERT_NE(v1, nullptr);

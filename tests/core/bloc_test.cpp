@@ -7,19 +7,13 @@
 
 #include "core/bloc.h"
 #include "core/message.h"
+#include "tests/outils/sortie.h"
 
 namespace {
 std::vector<mot> reels_bloc(std::initializer_list<float> v, mot nc = 1) {
   std::vector<mot> b{static_cast<mot>(4 + v.size()), BLOC_REEL, static_cast<mot>(nc == 1 ? v.size() : 1), nc};
   for (float x : v) b.push_back(reel_mot(x));
   return b;
-}
-
-template <class F>
-std::string sortie_de(F f) {
-  testing::internal::CaptureStdout();
-  f();
-  return testing::internal::GetCapturedStdout();
 }
 }  // namespace
 

@@ -11,6 +11,7 @@
 #include "core/message.h"
 #include "core/objet.h"
 #include "startup/startup.h"
+#include "tests/outils/sortie.h"
 
 namespace outils {
 // Every message n reads "[n]", every keyword ordinal i of env e is named
@@ -39,13 +40,6 @@ inline void environnement(long obj = 100, long emp = 200) {
   ASSERT_EQ(mes_analyse("|0:<1:0>\n", 1), 0);
   messages.charges = true;
   messages_utilisateur_vide();
-}
-
-template <class F>
-std::string sortie_de(F f) {
-  testing::internal::CaptureStdout();
-  f();
-  return testing::internal::GetCapturedStdout();
 }
 
 inline std::vector<mot> reels_(std::initializer_list<float> v) {

@@ -39,6 +39,11 @@ struct Vol {
     for (float p : {x0, y0, z, x1, y0, z, x1, y1, z, x0, y1, z}) som.push_back(p);
     return b;
   }
+  // The quad and its one face, the only face of the volume.
+  void plaque(float x0, float y0, float x1, float y1, float z) {
+    int b = carre(x0, y0, x1, y1, z);
+    faces({{b, b + 1, b + 2, b + 3}});
+  }
   const Vol_aff& pret(int type = 1) {
     v.som = som.data();
     v.ns = static_cast<int>(som.size() / 3);
@@ -91,8 +96,7 @@ Objet* lumiere(int n, std::initializer_list<float> pos) {
 TEST(Rendu, SilhouetteFondEtSpanDUnPixel) {
   Monde m(64, 48);
   Vol a;
-  int b = a.carre(mx(10, 64), my(5, 48), mx(30, 64), my(25, 48), 0);
-  a.faces({{b, b + 1, b + 2, b + 3}});
+  a.plaque(mx(10, 64), my(5, 48), mx(30, 64), my(25, 48), 0);
   a.v.zbu = 0;
   ASSERT_EQ(rendu_vol(a.pret()), 0);
   // Window x 10..30 and y 5..25: the pixels whose centres are inside.
@@ -105,16 +109,14 @@ TEST(Rendu, SilhouetteFondEtSpanDUnPixel) {
   // A face 0.7 pixel wide over one centre: one pixel per row.
   Monde m2(64, 48);
   Vol f;
-  b = f.carre(mx(40.2f, 64), my(10, 48), mx(40.9f, 64), my(13, 48), 0);
-  f.faces({{b, b + 1, b + 2, b + 3}});
+  f.plaque(mx(40.2f, 64), my(10, 48), mx(40.9f, 64), my(13, 48), 0);
   ASSERT_EQ(rendu_vol(f.pret()), 0);
   EXPECT_EQ(m2.couverts(), 3);
   for (int y = 10; y < 13; ++y) EXPECT_NE(m2.p(40, y), 7);
   // The last column and the top row of the window are reached.
   Monde m3(17, 9);
   Vol g;
-  b = g.carre(mx(-5, 17), my(-5, 9), mx(40, 17), my(40, 9), 0);
-  g.faces({{b, b + 1, b + 2, b + 3}});
+  g.plaque(mx(-5, 17), my(-5, 9), mx(40, 17), my(40, 9), 0);
   ASSERT_EQ(rendu_vol(g.pret()), 0);
   EXPECT_EQ(m3.couverts(), 17 * 9);
   // A window of 1 x 1.
@@ -156,8 +158,7 @@ TEST(Rendu, LumiereDeFaceEtA60Degres) {
   float att = 0.01f;
   attribut_ecrit_1(l, 1, 42, &att, 1, 1);
   Vol e;
-  b = e.carre(mx(10, 40), my(10, 40), mx(30, 40), my(30, 40), 0);
-  e.faces({{b, b + 1, b + 2, b + 3}});
+  e.plaque(mx(10, 40), my(10, 40), mx(30, 40), my(30, 40), 0);
   e.nf = {0, 0, -1};
   ASSERT_EQ(rendu_vol(e.pret()), 0);
   float dist = 1001;  // eye at -1000, light at 1 before the eye
@@ -266,8 +267,7 @@ TEST(Rendu, EntreesInvalidesEtTamponRetaille) {
   // Huge and crossing vertices in perspective: clipped, the window filled.
   Monde p(50, 40, 13);
   Vol g;
-  b = g.carre(-1e30f, -1e30f, 1e30f, 1e30f, 10);
-  g.faces({{b, b + 1, b + 2, b + 3}});
+  g.plaque(-1e30f, -1e30f, 1e30f, 1e30f, 10);
   ASSERT_EQ(rendu_vol(g.pret()), 0);
   EXPECT_EQ(p.couverts(), 50 * 40);
   // A face through the eye's plane: only what is before the near plane.
@@ -289,8 +289,7 @@ TEST(Rendu, EntreesInvalidesEtTamponRetaille) {
   mot* im = ima_ecran();
   std::fill(ima_octets(im), ima_octets(im) + 3 * 83 * 67, octet{7});
   Vol k;
-  b = k.carre(mx(1, 83), my(1, 67), mx(82, 83), my(66, 67), 5);
-  k.faces({{b, b + 1, b + 2, b + 3}});
+  k.plaque(mx(1, 83), my(1, 67), mx(82, 83), my(66, 67), 5);
   ASSERT_EQ(rendu_vol(k.pret()), 0);
   EXPECT_EQ(zb.l, 83);
   EXPECT_EQ(zb.h, 67);
@@ -338,8 +337,7 @@ TEST(Rendu, GrandesFacesLissesEtZoneDoublee) {
 TEST(Rendu, FilEtPointsNumerotes) {
   Monde m(64, 48);
   Vol a;
-  int b = a.carre(mx(10.5f, 64), my(10.5f, 48), mx(40.5f, 64), my(30.5f, 48), 0);
-  a.faces({{b, b + 1, b + 2, b + 3}});
+  a.plaque(mx(10.5f, 64), my(10.5f, 48), mx(40.5f, 64), my(30.5f, 48), 0);
   a.coul[0] = 0;
   a.v.mode = 0;
   ASSERT_EQ(rendu_vol(a.pret()), 0);
@@ -352,7 +350,7 @@ TEST(Rendu, FilEtPointsNumerotes) {
   EXPECT_NEAR(n, 2 * (30 + 20), 6);
   // Edges given: only those.
   std::fill(ima_octets(m.im), ima_octets(m.im) + 3 * 64 * 48, octet{7});
-  std::vector<mot> ar = {6, BLOC_ENTIER, 1, 2, b, b + 2};
+  std::vector<mot> ar = {6, BLOC_ENTIER, 1, 2, 1, 3};  // the diagonal
   a.v.aretes = ar.data();
   a.v.ne = 1;
   ASSERT_EQ(rendu_vol(a.pret()), 0);
@@ -382,13 +380,11 @@ TEST(Rendu, TransparenceEtOrdreDesFaces) {
   Monde m(40, 30);
   lumiere(1, {0, 0, -1e7f});
   Vol rouge;
-  int b = rouge.carre(mx(5, 40), my(5, 30), mx(25, 40), my(25, 30), 50);
-  rouge.faces({{b, b + 1, b + 2, b + 3}});
+  rouge.plaque(mx(5, 40), my(5, 30), mx(25, 40), my(25, 30), 50);
   rouge.coul[1] = rouge.coul[2] = 0;
   rouge.nf = {0, 0, -1};
   Vol bleu;
-  b = bleu.carre(mx(15, 40), my(10, 30), mx(35, 40), my(20, 30), -50);
-  bleu.faces({{b, b + 1, b + 2, b + 3}});
+  bleu.plaque(mx(15, 40), my(10, 30), mx(35, 40), my(20, 30), -50);
   bleu.coul[0] = bleu.coul[1] = 0;
   bleu.nf = {0, 0, -1};
   float amb = 0.04f * 255;
@@ -462,8 +458,7 @@ TEST(Rendu, ParPixelEtSpot) {
     Monde m(60, 60, 13);
     lumiere(1, {0, 0, -200});
     Vol a;
-    int b = a.carre(-400, 400, 400, -400, 0);
-    a.faces({{b, b + 1, b + 2, b + 3}});
+    a.plaque(-400, 400, 400, -400, 0);
     a.nsom.assign(12, 0);
     for (int i = 0; i < 4; ++i) a.nsom[3 * i + 2] = -1;
     a.illum[1] = 0.1f;
@@ -483,8 +478,7 @@ TEST(Rendu, ParPixelEtSpot) {
   attribut_ecrit_1(l, 1, 10, dir, 3, 1);
   attribut_ecrit_1(l, 1, 26, cone, 2, 1);
   Vol a;
-  int b = a.carre(-400, 400, 400, -400, 0);
-  a.faces({{b, b + 1, b + 2, b + 3}});
+  a.plaque(-400, 400, 400, -400, 0);
   a.nf = {0, 0, -1};
   ASSERT_EQ(rendu_vol(a.pret(3)), 0);
   EXPECT_GT(m.p(30, 30), 200);

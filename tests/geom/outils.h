@@ -11,6 +11,7 @@
 #include "geom/geom.h"
 #include "startup/startup.h"
 #include "tests/outils/blocs.h"
+#include "tests/outils/sortie.h"
 
 // The message table loaded here is the geometry tests' own: it is dropped
 // when the test ends, so that other tests see the state they expect.
@@ -36,13 +37,6 @@ inline void monde() {
 }
 
 inline Objet* volume(int numero = 1) { return objet_cree(1, B_VOL, 0, nullptr, nullptr, numero); }
-
-template <class F>
-std::string sortie_de(F f) {
-  testing::internal::CaptureStdout();
-  f();
-  return testing::internal::GetCapturedStdout();
-}
 
 inline Objet* volume_de(const std::vector<float>& som, const std::vector<std::vector<int>>& f, int numero = 1) {
   Objet* o = volume(numero);

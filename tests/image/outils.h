@@ -14,6 +14,7 @@
 #include "core/objet.h"
 #include "image/image.h"
 #include "startup/startup.h"
+#include "tests/outils/sortie.h"
 
 inline void monde_ima() {
   if (!piles.obj_base) {
@@ -51,13 +52,6 @@ inline mot* ima_hasard(int w, int h, std::mt19937& g) {
 }
 
 inline octet px(const mot* b, int x, int y, int c) { return ima_rouge(b, y)[x + static_cast<long>(c) * ima_l(b)]; }
-
-template <class F>
-std::string sortie_de(F f) {
-  testing::internal::CaptureStdout();
-  f();
-  return testing::internal::GetCapturedStdout();
-}
 
 // A shell command's standard output and error.
 inline std::string commande_sortie(const std::string& cmd_seule) {

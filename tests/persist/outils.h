@@ -22,6 +22,7 @@
 #include "startup/startup.h"
 #include "tests/outils/blocs.h"
 #include "tests/outils/vocabulaire.h"
+#include "tests/outils/sortie.h"
 
 struct Monde : testing::Test {
   std::filesystem::path dossier, avant;
@@ -44,13 +45,6 @@ struct Monde : testing::Test {
     objets_vide();
   }
 };
-
-template <class F>
-std::string sortie_de(F f) {
-  testing::internal::CaptureStdout();
-  f();
-  return testing::internal::GetCapturedStdout();
-}
 
 inline std::vector<char> octets_de(const std::string& chemin) {
   std::ifstream f(chemin, std::ios::binary);

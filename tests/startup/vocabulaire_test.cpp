@@ -9,6 +9,7 @@
 #include "core/catalogue.h"
 #include "core/message.h"
 #include "startup/startup.h"
+#include "tests/outils/sortie.h"
 
 namespace {
 constexpr const char* KOM =
@@ -135,10 +136,10 @@ TEST(Kom, BadPairsReportAndPartialResets) {
   charge();
   EXPECT_EQ(mot_entree(0, 99), nullptr);
   EXPECT_EQ(mot_entree(3, 0), nullptr);
-  testing::internal::CaptureStdout();
-  int n;
-  EXPECT_EQ(mot_valeur(0, 99, &n), nullptr);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "0 99: ");
+  EXPECT_EQ(sortie_de([&] {
+    int n;
+    EXPECT_EQ(mot_valeur(0, 99, &n), nullptr);
+  }), "0 99: ");
   mot* e = vocab.tables[0].etats;
   e[1] = 0;  // default 1
   e[2] = 5;  // default 0
@@ -196,9 +197,7 @@ TEST(Kom, RepeatCountsAreBoundedByTheZone) {
   std::string liste = "|0: longue\n0 0 0 0 ";
   for (int i = 0; i < 30000; ++i) liste += "3,";
   vocab = Vocabulaire{};
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(kom_analyse(liste, 0), -1);
-  EXPECT_NE(testing::internal::GetCapturedStdout().find("trop de valeurs"), std::string::npos);
+  EXPECT_NE(sortie_de([&] { EXPECT_EQ(kom_analyse(liste, 0), -1); }).find("trop de valeurs"), std::string::npos);
 }
 
 TEST(Mes, EscapesAndMessageBoundaries) {
@@ -217,10 +216,10 @@ TEST(Mes, EscapesAndMessageBoundaries) {
   EXPECT_STREQ(message_texte(0, 2), "deux\nlignes\a ");
   EXPECT_STREQ(message_texte(0, 3), "code A \t.");
   EXPECT_STREQ(message_texte(0, 4), "dernier sans barre\n");
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(message_texte(0, 5), nullptr);
-  EXPECT_EQ(message(1, 0), -1);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "MESSAGE 0 5 ILLEGAL\a\nMESSAGE 1 0 ILLEGAL\a\n");
+  EXPECT_EQ(sortie_de([&] {
+    EXPECT_EQ(message_texte(0, 5), nullptr);
+    EXPECT_EQ(message(1, 0), -1);
+  }), "MESSAGE 0 5 ILLEGAL\a\nMESSAGE 1 0 ILLEGAL\a\n");
 }
 
 TEST(Mes, BellFollowsA52AndFallbackBeforeTables) {
@@ -253,7 +252,5 @@ TEST(Kom, ListingWrapsAtPageWidthAndHidesReservedNames) {
   for (int i = 3; i < 36; ++i) kom += "|" + std::to_string(i) + ": ?" + std::to_string(i) + "\n0 0 0 0 .\n";
   kom += "|36: edi\n0 0 0 0 20,50\n|37: cccccccc\n0 0 0 0 .\n";
   ASSERT_EQ(kom_analyse(kom, 0), 0);
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(mots_liste(), 0);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "\naaaa bbbb(bb) edi \ncccccccc \n");
+  EXPECT_EQ(sortie_de([&] { EXPECT_EQ(mots_liste(), 0); }), "\naaaa bbbb(bb) edi \ncccccccc \n");
 }

@@ -19,6 +19,7 @@
 #include "lang/lang.h"
 #include "startup/startup.h"
 #include "tools/tools.h"
+#include "tests/outils/sortie.h"
 
 constexpr int LARGEUR = 320, HAUTEUR = 240;
 
@@ -56,15 +57,6 @@ inline void monde_outils() {
   fen.racines[0] = menu_racine_cree(0);
   fen.racines[1] = menu_racine_cree(1);
   apres_ouverture();
-}
-
-// What a piece of code prints.
-template <class F>
-std::string sortie_de(F f) {
-  testing::internal::CaptureStdout();
-  f();
-  std::fflush(stdout);
-  return testing::internal::GetCapturedStdout();
 }
 
 // The numbers a line prints with $.

@@ -69,12 +69,25 @@ execute_process(COMMAND ${ORVANE} ${args}
 set(attendu_fichier ${dir}/${nom}.out)
 # Most runs start with the same banner: their .out leaves it out (it does
 # not start with the banner's first character) and entete.txt stands for it,
-# with the utilities' directory of a uti= key.
+# with the values of the keys that the banner echoes.
 file(READ ${SOURCE}/tests/transcripts/entete.txt entete)
+set(echos "ini=Initialisation = " "env=Environnement dans " "uti=Utilitaires dans "
+          "loc=variables locales       " "eva=evaluations             " "obj=objets                  "
+          "emp=empilements             ")
 foreach(a ${args})
-  if(a MATCHES "^uti=(.*)$")
-    string(REPLACE "Utilitaires dans \n" "Utilitaires dans ${CMAKE_MATCH_1}/\n" entete "${entete}")
-  endif()
+  foreach(e ${echos})
+    string(REGEX MATCH "^[a-z]+=" cle "${e}")
+    string(LENGTH "${cle}" n)
+    string(SUBSTRING "${e}" ${n} -1 ligne)
+    string(FIND "${a}" "${cle}" debut)
+    if(debut EQUAL 0)
+      string(SUBSTRING "${a}" ${n} -1 valeur)
+      if(cle STREQUAL "uti=")
+        string(APPEND valeur "/")
+      endif()
+      string(REGEX REPLACE "\n${ligne}[^\n]*\n" "\n${ligne}${valeur}\n" entete "${entete}")
+    endif()
+  endforeach()
 endforeach()
 if(DEFINED REGENERE)
   string(LENGTH "${entete}" n)
