@@ -44,6 +44,15 @@ Processus boucle_lancee(const char* ligne) {
   EXPECT_TRUE(attend(p, "Interruption", 20000));
   return p;
 }
+// Ctrl-C, then "0": the loop in hand is abandoned, back at the prompt.
+void abandonne(Processus& p) {
+  kill(p.pid, SIGINT);
+  ASSERT_TRUE(attend(p, "Interruption", 20000));
+  tape(p, "0");
+  ASSERT_TRUE(attend(p, "Abandon", 20000));
+  p.lu.clear();
+}
+
 }  // namespace
 
 TEST(InterruptionBoucle, AbandonReturnsToThePrompt) {
@@ -73,8 +82,10 @@ TEST(InterruptionBoucle, PauseRunsOneLineThenRestarts) {
   EXPECT_EQ(termine(p), 0);
 }
 
-// The direct ways: a counting loop whose body writes an element, and one
-// whose body is empty, still look at the flag at every turn.
+// The direct ways: a counting loop whose body writes an element, one whose
+// body is empty, and one of appends to a string still look at the flag at
+// every turn; an empty text appended keeps the string short for a billion
+// turns, and the string is whole after Ctrl-C.
 TEST(InterruptionBoucle, TightLoopsOfTheDirectWaysStop) {
   Processus p = boucle_lancee("x = vecteur(7); pour (i = 1, 1e9) x[3] = x[3] + 1");
   tape(p, "0");
@@ -84,26 +95,14 @@ TEST(InterruptionBoucle, TightLoopsOfTheDirectWaysStop) {
   tape(p, "$ x[2] - 0.5");
   tape(p, "$ i >= x[3]");
   EXPECT_TRUE(attend(p, "1.000000 \n> -0.500000 \n> 1.000000"));
-  p.lu.clear();
   tape(p, "pour (k = 1, 1e9) ;");
-  usleep(200000);
-  kill(p.pid, SIGINT);
-  ASSERT_TRUE(attend(p, "Interruption"));
-  tape(p, "0");
-  ASSERT_TRUE(attend(p, "Abandon"));
-  p.lu.clear();
+  attend_calcul(p.pid, 10);
+  abandonne(p);
   tape(p, "$ k > 1000");
   EXPECT_TRUE(attend(p, "1.000000"));
-  EXPECT_EQ(termine(p), 0);
-}
-
-// The appends to a string turn alone too: an empty text appended keeps the
-// string short for a billion turns, and the string is whole after Ctrl-C.
-TEST(InterruptionBoucle, AppendLoopsStop) {
-  Processus p = boucle_lancee("s = \"ab\"; e = \"\"; pour (i = 1, 1e9) s = s, e");
-  tape(p, "0");
-  ASSERT_TRUE(attend(p, "Abandon"));
-  p.lu.clear();
+  tape(p, "s = \"ab\"; e = \"\"; pour (i = 1, 1e9) s = s, e");
+  attend_calcul(p.pid, 10);
+  abandonne(p);
   tape(p, "$ i > 1000");
   tape(p, "s = s, \"c\"");
   tape(p, "$ s");
@@ -117,11 +116,7 @@ TEST(InterruptionBoucle, DeepRecursionUnwinds) {
   usleep(100000);
   tape(p, "$ profond(200)");
   usleep(250000);  // some hundred frames deep
-  kill(p.pid, SIGINT);
-  ASSERT_TRUE(attend(p, "Interruption"));
-  tape(p, "0");
-  ASSERT_TRUE(attend(p, "Abandon"));
-  p.lu.clear();
+  abandonne(p);
   tape(p, "$ profond(2)");  // the frames of the abandoned run are gone
   EXPECT_TRUE(attend(p, "0.000000"));
   EXPECT_EQ(termine(p), 0);
@@ -145,12 +140,8 @@ TEST(InterruptionBoucle, ScalarFunctionsStopToo) {
                             "s = 0; pour (i = 1e9, 1, -1) s = s - i"}) {
     tape(p, ligne);
     attend_calcul(p.pid, 10);
-    p.lu.clear();
-    kill(p.pid, SIGINT);
-    ASSERT_TRUE(attend(p, "Interruption", 20000)) << ligne;
-    tape(p, "0");
-    ASSERT_TRUE(attend(p, "Abandon", 20000)) << ligne;
-    p.lu.clear();
+    SCOPED_TRACE(ligne);
+    abandonne(p);
     tape(p, "$ fib(17) + 0.5");
     EXPECT_TRUE(attend(p, "1597.500000", 20000)) << ligne;
   }
