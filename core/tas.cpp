@@ -158,4 +158,15 @@ void libere(void* p) { mi_free(p); }
 
 std::size_t capacite(const void* p) { return mi_usable_size(p); }
 #endif
+
+#ifndef MADV_POPULATE_WRITE
+#define MADV_POPULATE_WRITE 23  // Linux 5.14; older kernels refuse it, harmlessly
+#endif
+void prefaute(void* p) {
+  std::size_t cap = capacite(p);
+  if (cap < (std::size_t{8} << 10)) return;
+  auto deb = (reinterpret_cast<std::uintptr_t>(p) + 4095) & ~std::uintptr_t{4095};
+  auto fin = (reinterpret_cast<std::uintptr_t>(p) + cap) & ~std::uintptr_t{4095};
+  if (fin > deb) madvise(reinterpret_cast<void*>(deb), fin - deb, MADV_POPULATE_WRITE);
+}
 }  // namespace tas
