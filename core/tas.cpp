@@ -91,10 +91,16 @@ void relache_plus_ancien() {
 // its first memory, hence the earliest constructor.
 #if !defined(__SANITIZE_ADDRESS__)
 constexpr std::size_t DEBUT_GRAND = std::size_t{8} << 20;
-__attribute__((constructor(101))) void grandes_pages() { mi_option_set(mi_option_large_os_pages, 1); }
+bool init_tot();
+__attribute__((constructor(101))) void grandes_pages() { init_tot(); }
 #endif
 }  // namespace
 
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool EXCLUSIF = true;
+#else
+constexpr bool EXCLUSIF = false;
+#endif
 bool init() {
   if (tas_heap) return true;
   // Reserve one alignment more, so that the base can sit on 64 MiB.
@@ -109,7 +115,7 @@ bool init() {
   madvise(base + ALIGNE, DEBUT_GRAND, MADV_HUGEPAGE);
 #endif
   mi_arena_id_t id;
-  if (!mi_manage_os_memory_ex(base + ALIGNE, TAILLE - ALIGNE, true, false, true, -1, true, &id))
+  if (!mi_manage_os_memory_ex(base + ALIGNE, TAILLE - ALIGNE, true, false, true, -1, EXCLUSIF, &id))
     return false;
   tas_heap = mi_heap_new_in_arena(id);
   return tas_heap != nullptr;
@@ -169,4 +175,7 @@ void prefaute(void* p) {
   auto fin = (reinterpret_cast<std::uintptr_t>(p) + cap) & ~std::uintptr_t{4095};
   if (fin > deb) madvise(reinterpret_cast<void*>(deb), fin - deb, MADV_POPULATE_WRITE);
 }
+#if !defined(__SANITIZE_ADDRESS__)
+namespace { bool init_tot() { return init(); } }
+#endif
 }  // namespace tas

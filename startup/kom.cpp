@@ -117,9 +117,14 @@ std::uint64_t cle_tri(const char* s) {
 int kom_analyse(std::string_view source, int env) {
   std::string texte(source);
   const char* p = std::strchr(texte.c_str(), '|');
+  // Sized once from the text: growing them by doubling would leave a trail
+  // of fresh pages touched and dropped at every start.
   std::string noms;
   std::vector<float> valeurs;
   std::vector<Brut> bruts;
+  noms.reserve(texte.size());
+  valeurs.reserve(texte.size() / 2);
+  bruts.reserve(texte.size() / 16);  // records rarely take less; more just grows it
   while (p && *p == '|') {
     Brut r{};
     ++p;
