@@ -1,5 +1,7 @@
-// The arena: one 4 GiB reservation handed to mimalloc as an exclusive arena,
-// so that every address the system writes into a word fits in 32 bits.
+// The arena: one 4 GiB reservation handed to mimalloc as an arena with a
+// heap of its own, so that every address the system writes into a word fits
+// in 32 bits. In the release build the ordinary heap draws from it too
+// (start-up below); no word ever holds one of its addresses.
 //
 // In the checked build (AddressSanitizer) the sanitizer sees the arena as one
 // mapping and would let any access inside it pass. There, each allocation is
@@ -84,18 +86,20 @@ void relache_plus_ancien() {
 #endif
 
 // Start-up is mostly first touches of fresh pages, and on a virtual machine
-// each costs tens of microseconds: the allocator's first pages, in its own
-// heap and in the arena, are taken as 2 MiB pages where the kernel allows
-// it (transparent huge pages on request), so that a few faults map what a
-// few hundred would. The option must be set before the ordinary heap takes
-// its first memory, hence the earliest constructor.
+// each costs tens of microseconds. So the ordinary heap (strings, vectors)
+// shares the arena instead of taking its own memory from the system: both
+// start in the same few MiB, whose first 8 are taken as 2 MiB pages where
+// the kernel allows it (transparent huge pages on request), and a handful
+// of faults maps what a few hundred would. The arena must exist before the
+// ordinary heap takes its first memory, hence the earliest constructor.
 #if !defined(__SANITIZE_ADDRESS__)
 constexpr std::size_t DEBUT_GRAND = std::size_t{8} << 20;
-bool init_tot();
-__attribute__((constructor(101))) void grandes_pages() { init_tot(); }
+__attribute__((constructor(101))) void arene_tot() { init(); }
 #endif
 }  // namespace
 
+// The checked build keeps the arena to the system's blocks: there the
+// sanitizer owns the ordinary heap.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr bool EXCLUSIF = true;
 #else
@@ -175,7 +179,4 @@ void prefaute(void* p) {
   auto fin = (reinterpret_cast<std::uintptr_t>(p) + cap) & ~std::uintptr_t{4095};
   if (fin > deb) madvise(reinterpret_cast<void*>(deb), fin - deb, MADV_POPULATE_WRITE);
 }
-#if !defined(__SANITIZE_ADDRESS__)
-namespace { bool init_tot() { return init(); } }
-#endif
 }  // namespace tas
