@@ -88,12 +88,14 @@ void relache_plus_ancien() {
 // Start-up is mostly first touches of fresh pages, and on a virtual machine
 // each costs tens of microseconds. So the ordinary heap (strings, vectors)
 // shares the arena instead of taking its own memory from the system: both
-// start in the same few MiB, whose first 8 are taken as 2 MiB pages where
+// start in the same few MiB, whose first 4 are taken as 2 MiB pages where
 // the kernel allows it (transparent huge pages on request), and a handful
-// of faults maps what a few hundred would. The arena must exist before the
+// of faults maps what a few hundred would. Not more: past 4 MiB start-up
+// touches a page here and there (the stacks' first words), and a 2 MiB
+// page costs as much as a dozen faults. The arena must exist before the
 // ordinary heap takes its first memory, hence the earliest constructor.
 #if !defined(__SANITIZE_ADDRESS__)
-constexpr std::size_t DEBUT_GRAND = std::size_t{8} << 20;
+constexpr std::size_t DEBUT_GRAND = std::size_t{4} << 20;
 __attribute__((constructor(101))) void arene_tot() { init(); }
 #endif
 }  // namespace
