@@ -36,6 +36,22 @@ const char* lit_noms(const char* p, std::string& noms) {
   return *p ? p + 1 : p;
 }
 
+// An integer as strtol reads it, cast to int. The usual short number is
+// read here (a library call for each of the four states of every keyword
+// was a tenth of the start); anything else goes to strtol.
+const char* lit_entier(const char* p, int* x) {
+  const char* q = p + (*p == '-' || *p == '+');
+  int n = 0, v = 0;
+  while (n < 9 && q[n] >= '0' && q[n] <= '9') v = v * 10 + (q[n++] - '0');
+  if (n == 0 || n == 9) {
+    char* fin;
+    *x = static_cast<int>(std::strtol(p, &fin, 10));
+    return fin;
+  }
+  *x = *p == '-' ? -v : v;
+  return q + n;
+}
+
 // The values of a whole file share the start-up zone with its text: this
 // many floats at most, the headers of the records included.
 constexpr std::size_t ZONE_OCTETS = 100000;
@@ -136,9 +152,7 @@ int kom_analyse(std::string_view source, int env) {
     p = lit_noms(p, noms);
     for (int k = 0; k < 4; ++k) {
       while (blanc(*p)) ++p;
-      char* fin;
-      r.e[k] = static_cast<int>(std::strtol(p, &fin, 10));
-      p = fin;
+      p = lit_entier(p, &r.e[k]);
     }
     r.v0 = valeurs.size();
     // Room left in the zone behind the text, each record's header counted.

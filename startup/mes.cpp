@@ -15,10 +15,15 @@ namespace {
 // number stands for that character itself.
 void decode(const char* d, const char* f, std::string& sortie) {
   while (d < f) {
-    char c = *d++;
-    if (c != '\\' || d >= f) {
-      sortie.push_back(c);
-      continue;
+    // The plain run up to the next backslash, at once.
+    const char* b = static_cast<const char*>(std::memchr(d, '\\', static_cast<std::size_t>(f - d)));
+    if (!b) b = f;
+    sortie.append(d, b);
+    d = b;
+    if (d >= f) break;
+    if (++d >= f) {
+      sortie.push_back('\\');
+      break;
     }
     char e = *d++;
     switch (e) {
@@ -41,6 +46,7 @@ void decode(const char* d, const char* f, std::string& sortie) {
 int mes_analyse(std::string_view texte, int env) {
   std::vector<std::size_t> debuts;
   std::string store;
+  store.reserve(texte.size());  // the texts decoded are never longer
   std::size_t p = texte.find('|');
   while (p != std::string_view::npos) {
     std::size_t d = texte.find(':', p + 1);
