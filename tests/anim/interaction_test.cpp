@@ -29,30 +29,21 @@ struct Scene : Session {
   }
 };
 
-TEST(Interaction, EchappementPermisOuNon) {
+TEST(Interaction, PhraseAttacheePausePasUniqueEtEchappement) {
   Scene s;
-  // 40 frames at 25 a second, Escape not allowed.
-  ASSERT_TRUE(s.depart(50, "interaction fonc(\"compte\") tem(40, 0, 0) cadence(25)"));
-  s.touche("Escape");
-  dort(300);
-  // Nothing happens: the frames go on to their count.
-  EXPECT_EQ(s.mode(), 85);
-  ASSERT_TRUE(s.attend_mode(0));
-  EXPECT_EQ(s.compteur("images"), 40);
-  // Allowed (the default): Escape ends the loop.
-  tape(s.p, "interaction fonc(\"compte\") cadence(0)");
-  ASSERT_TRUE(s.attend_mode(85));
-  s.touche("Escape");
-  ASSERT_TRUE(s.attend_mode(0));
-  float b = s.compteur("images");
-  EXPECT_GT(b, 40);
-  dort(300);
-  EXPECT_EQ(s.compteur("images"), b);
-}
-
-TEST(Interaction, PauseEtPasUnique) {
-  Scene s;
-  ASSERT_TRUE(s.depart(50, "interaction fonc(\"compte\") cadence(0)"));
+  ASSERT_TRUE(s.depart(60, "interaction fonc(\"compte\") cadence(0)"));
+  const std::vector<float> v0 = valeurs(s.p, "vol(1) som(1)");
+  // The phrase behind anim runs at every frame: the cube turns. An option
+  // with nothing behind it is refused; the loop goes on.
+  tape(s.p, "interaction anim vol(1) roty(3)");
+  float i = s.compteur("images");
+  s.attend_compteur("images", [&](float v) { return v > i + 5; });
+  const std::vector<float> v1 = valeurs(s.p, "vol(1) som(1)");
+  ASSERT_EQ(v1.size(), 3u);
+  EXPECT_NE(v0, v1);
+  tape(s.p, "interaction anim");
+  EXPECT_TRUE(attend(s.p, "anim Type de valeur illegal"));
+  // "[" pauses: no frame runs; "]" goes on.
   s.touches("[");
   ASSERT_TRUE(s.attend_mode(-85));
   float a = s.compteur("images");
@@ -73,6 +64,22 @@ TEST(Interaction, PauseEtPasUnique) {
   EXPECT_EQ(s.compteur("images"), b + 1);
   tape(s.p, "interaction pas(0)");
   EXPECT_GT(s.attend_compteur("images", [&](float v) { return v > b + 3; }), b + 3);
+  // Escape allowed (the default) ends the loop.
+  s.touche("Escape");
+  ASSERT_TRUE(s.attend_mode(0));
+  b = s.compteur("images");
+  dort(300);
+  EXPECT_EQ(s.compteur("images"), b);
+  // 40 frames at 25 a second, Escape not allowed: the frames go on to
+  // their count.
+  tape(s.p, "images = 0");
+  tape(s.p, "interaction fonc(\"compte\") tem(40, 0, 0) cadence(25)");
+  ASSERT_TRUE(s.attend_mode(85));
+  s.touche("Escape");
+  dort(300);
+  EXPECT_EQ(s.mode(), 85);
+  ASSERT_TRUE(s.attend_mode(0));
+  EXPECT_EQ(s.compteur("images"), 40);
 }
 
 TEST(Interaction, ToucheLieeLigneTapeeEtTableDesTouches) {
@@ -158,24 +165,6 @@ TEST(Interaction, MauvaisesEntrees) {
   ASSERT_TRUE(s.attend_mode(0));
   EXPECT_EQ(s.compteur("images"), 5);
   EXPECT_EQ(valeurs(s.p, "vol(1) som(2)").size(), 3u);
-}
-
-TEST(Interaction, PhraseAttacheeAChaqueImage) {
-  Scene s;
-  ASSERT_TRUE(s.depart(60, "interaction fonc(\"compte\") cadence(0)"));
-  const std::vector<float> a = valeurs(s.p, "vol(1) som(1)");
-  // The phrase behind anim runs at every frame: the cube turns.
-  tape(s.p, "interaction anim vol(1) roty(3)");
-  float i = s.compteur("images");
-  s.attend_compteur("images", [&](float v) { return v > i + 5; });
-  const std::vector<float> b = valeurs(s.p, "vol(1) som(1)");
-  ASSERT_EQ(b.size(), 3u);
-  EXPECT_NE(a, b);
-  EXPECT_EQ(s.mode(), 85);
-  // An option with nothing behind it is refused; the loop goes on.
-  tape(s.p, "interaction anim");
-  EXPECT_TRUE(attend(s.p, "anim Type de valeur illegal"));
-  EXPECT_EQ(s.mode(), 85);
 }
 
 TEST(Interaction, SansFenetre) {

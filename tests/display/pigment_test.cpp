@@ -2,7 +2,7 @@
 // their bad entries, and each of the 19 evaluators on a lit sphere
 // drawn by the software renderer, saved as a PNG (in $ORVANE_PIGMENTS when
 // set), distinct from the others and the same after the tables are made
-// again.
+// again, as they are at every start.
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
