@@ -55,7 +55,7 @@ TEST(Film, UnePerformanceEnImagesPuisEnFilmEtRelue) {
   // The hook ran once a frame, 50 frames, and each frame was written.
   EXPECT_EQ(s.compteur("tours"), 50);
   for (int k = 1; k <= 50; ++k) {
-    char nom[16];
+    char nom[32];
     std::snprintf(nom, sizeof nom, "f%04d.png", k);
     ASSERT_TRUE(fs::exists(d / nom)) << nom;
   }

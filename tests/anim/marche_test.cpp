@@ -66,7 +66,7 @@ TEST(Marche, LePiedPorteurResteSurPlaceEtLaFigureAvance) {
   ASSERT_TRUE(tas::init());
   std::vector<Bas> b;
   for (int k = 1; k <= 100; ++k) {
-    char nom[16];
+    char nom[32];
     std::snprintf(nom, sizeof nom, "f%04d.bmp", k);
     mot* im = ima_lit_fichier((d / nom).string());
     ASSERT_NE(im, nullptr) << nom;

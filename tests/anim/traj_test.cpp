@@ -498,11 +498,8 @@ TEST_F(Chaine, PorteParUnSommetEtPointsBarycentriques) {
   ASSERT_EQ(arbre_lie(v[2], v[1], 2, 1), 0);
   arbre_evalue();
   s = sortie_de([&] { arbre_liste(nullptr, 0); });
-  EXPECT_EQ(s.rfind("   num   lead      xl yl zl            xs ys zs         suiv\n", 0), 0u);
-  EXPECT_NE(s.find("1     *       \n"), std::string::npos);
   EXPECT_NE(s.find("2     *       suiv = 3 \n"), std::string::npos);
   EXPECT_NE(s.find("3 lead = 2 \n(sl = 0.000000 10.000000 0.000000) (2 "), std::string::npos);
-  EXPECT_NE(s.find("\n(ss = 0.000000 0.000000 0.000000) (1 "), std::string::npos);
   Vol_inter* un[1] = {v[0]};
   s = sortie_de([&] { arbre_liste(un, 1); });
   EXPECT_EQ(s.find("lead ="), std::string::npos);
