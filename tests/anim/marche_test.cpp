@@ -7,7 +7,6 @@
 // pixel; from one support to the next the feet land further on, and the
 // figure has moved on at the end.
 #include <filesystem>
-#include <fstream>
 
 #include "../display/outils_fenetre.h"
 #include "image/image.h"
