@@ -69,6 +69,15 @@ inline mot entier_sature(float x) {
   return x < REEL_ENTIER_FIN ? static_cast<mot>(x) : INT32_MAX;
 }
 
+// ---- random numbers --------------------------------------------------
+// One stream for the whole language (the C library's generator). The table
+// of n floats in [0, 1) holds its first n draws after start; every other
+// draw comes after them, whatever the order of the first uses.
+void hasard_table_prevue(float* table, int n);  // at start; filled at first use
+const float* hasard_table(int* n);               // null, *n = 0 when there is none
+int hasard();                                    // as std::rand()
+void hasard_graine(unsigned graine);
+
 // ---- arena -----------------------------------------------------------
 // Every Bloc, pool and table whose address may end up in a word lives in
 // one 4 GiB reservation; a word holds the offset from its base, 0 = null.
@@ -80,6 +89,10 @@ void libere(void* p);
 // Bytes that an allocation can hold, at least those asked for: a block may
 // grow in place up to them (a string appended to, say).
 std::size_t capacite(const void* p);
+// Faults in at once the whole pages of a block of at least 8 KiB: fresh
+// memory that is about to be filled costs one call instead of one fault per
+// page (some 20 us each on a virtual machine). Smaller blocks: nothing.
+void prefaute(void* p);
 }  // namespace tas
 
 inline void* mot_vers_ptr(mot w) {

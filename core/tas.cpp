@@ -1,5 +1,7 @@
-// The arena: one 4 GiB reservation handed to mimalloc as an exclusive arena,
-// so that every address the system writes into a word fits in 32 bits.
+// The arena: one 4 GiB reservation handed to mimalloc as an arena with a
+// heap of its own, so that every address the system writes into a word fits
+// in 32 bits. In the release build the ordinary heap draws from it too
+// (start-up below); no word ever holds one of its addresses.
 //
 // In the checked build (AddressSanitizer) the sanitizer sees the arena as one
 // mapping and would let any access inside it pass. There, each allocation is
@@ -84,17 +86,27 @@ void relache_plus_ancien() {
 #endif
 
 // Start-up is mostly first touches of fresh pages, and on a virtual machine
-// each costs tens of microseconds: the allocator's first pages, in its own
-// heap and in the arena, are taken as 2 MiB pages where the kernel allows
-// it (transparent huge pages on request), so that a few faults map what a
-// few hundred would. The option must be set before the ordinary heap takes
-// its first memory, hence the earliest constructor.
+// each costs tens of microseconds. So the ordinary heap (strings, vectors)
+// shares the arena instead of taking its own memory from the system: both
+// start in the same few MiB, whose first 4 are taken as 2 MiB pages where
+// the kernel allows it (transparent huge pages on request), and a handful
+// of faults maps what a few hundred would. Not more: past 4 MiB start-up
+// touches a page here and there (the stacks' first words), and a 2 MiB
+// page costs as much as a dozen faults. The arena must exist before the
+// ordinary heap takes its first memory, hence the earliest constructor.
 #if !defined(__SANITIZE_ADDRESS__)
-constexpr std::size_t DEBUT_GRAND = std::size_t{8} << 20;
-__attribute__((constructor(101))) void grandes_pages() { mi_option_set(mi_option_large_os_pages, 1); }
+constexpr std::size_t DEBUT_GRAND = std::size_t{4} << 20;
+__attribute__((constructor(101))) void arene_tot() { init(); }
 #endif
 }  // namespace
 
+// The checked build keeps the arena to the system's blocks: there the
+// sanitizer owns the ordinary heap.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool EXCLUSIF = true;
+#else
+constexpr bool EXCLUSIF = false;
+#endif
 bool init() {
   if (tas_heap) return true;
   // Reserve one alignment more, so that the base can sit on 64 MiB.
@@ -109,7 +121,7 @@ bool init() {
   madvise(base + ALIGNE, DEBUT_GRAND, MADV_HUGEPAGE);
 #endif
   mi_arena_id_t id;
-  if (!mi_manage_os_memory_ex(base + ALIGNE, TAILLE - ALIGNE, true, false, true, -1, true, &id))
+  if (!mi_manage_os_memory_ex(base + ALIGNE, TAILLE - ALIGNE, true, false, true, -1, EXCLUSIF, &id))
     return false;
   tas_heap = mi_heap_new_in_arena(id);
   return tas_heap != nullptr;
@@ -158,4 +170,15 @@ void libere(void* p) { mi_free(p); }
 
 std::size_t capacite(const void* p) { return mi_usable_size(p); }
 #endif
+
+#ifndef MADV_POPULATE_WRITE
+#define MADV_POPULATE_WRITE 23  // Linux 5.14; older kernels refuse it, harmlessly
+#endif
+void prefaute(void* p) {
+  std::size_t cap = capacite(p);
+  if (cap < (std::size_t{8} << 10)) return;
+  auto deb = (reinterpret_cast<std::uintptr_t>(p) + 4095) & ~std::uintptr_t{4095};
+  auto fin = (reinterpret_cast<std::uintptr_t>(p) + cap) & ~std::uintptr_t{4095};
+  if (fin > deb) madvise(reinterpret_cast<void*>(deb), fin - deb, MADV_POPULATE_WRITE);
+}
 }  // namespace tas

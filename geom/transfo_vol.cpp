@@ -11,9 +11,11 @@
 
 float alea_suivant() {
   // Without the table of start-up a draw is the middle: a shake moves nothing.
-  if (!ecran.aleatoires || ecran.ale <= 0) return 0.5f;
-  if (geom.alea < 0 || geom.alea >= ecran.ale) geom.alea = 0;
-  return ecran.aleatoires[geom.alea++];
+  int n;
+  const float* t = hasard_table(&n);
+  if (!t || n <= 0) return 0.5f;
+  if (geom.alea < 0 || geom.alea >= n) geom.alea = 0;
+  return t[geom.alea++];
 }
 
 void transfo_pas(Transfo* t, int nb) {

@@ -17,8 +17,6 @@
 // spare, and leaves the others to that way, so that both fail alike.
 #include "interp/ajout.h"
 
-#include <sys/mman.h>
-
 #include <algorithm>
 
 namespace {
@@ -118,16 +116,7 @@ bool ajouts_agrandit(Ajouts& a, mot n) {
   mot* c = bloc_essaie(n + n / 2 + 4);
   if (!c) c = bloc_essaie(n);
   if (!c) return false;
-  {
-    // A large block is fresh memory: its pages faulted in at once, in one
-    // call, cost far less than one fault each as the text grows into them.
-    std::size_t cap = tas::capacite(c);
-    if (cap >= (8u << 10)) {
-      auto deb = (reinterpret_cast<std::uintptr_t>(c) + 4095) & ~std::uintptr_t{4095};
-      auto fin = (reinterpret_cast<std::uintptr_t>(c) + cap) & ~std::uintptr_t{4095};
-      if (fin > deb) madvise(reinterpret_cast<void*>(deb), fin - deb, 23 /* MADV_POPULATE_WRITE */);
-    }
-  }
+  tas::prefaute(c);  // the text grows into it next
   std::memcpy(c + 1, a.b + 1, 3 * sizeof(mot));
   std::memcpy(bloc_texte(c), bloc_texte(a.b), a.lg + 1);
   c[0] = a.b[0];

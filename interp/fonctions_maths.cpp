@@ -145,12 +145,12 @@ int fonction_maths(int ord, mot* bloc, const mot* limite, const Argument& a) {
     }
     case F_ALEA:
       return applique(bloc, limite, a, [](float v) {
-        return v * static_cast<float>(std::rand() % 32767) / 32767.f;
+        return v * static_cast<float>(hasard() % 32767) / 32767.f;
       });
     case F_GRAINE:
       mot g;
       if (entier_de(a.x[0], &g) < 0) return -1;
-      std::srand(static_cast<unsigned>(g));  // a negative seed wraps, as a seed may
+      hasard_graine(static_cast<unsigned>(g));  // a negative seed wraps, as a seed may
       return applique(bloc, limite, a, [](float v) { return v; });
 
     case F_SOMME: return resultat_scalaire(bloc, limite, static_cast<float>(somme(a)));

@@ -96,7 +96,7 @@ int lit(mot* bloc, Lu* l, int saute = 0) {
           if (x.size() >= 1 && !entier(x[0], &o.tirage.mode)) return mauvais(env, ord);
           if (o.tirage.mode >= 0) {
             // A seed of the language's generator, then the uniform law.
-            std::srand(static_cast<unsigned>(o.tirage.mode));
+            hasard_graine(static_cast<unsigned>(o.tirage.mode));
             o.tirage.mode = -2;
           }
           break;

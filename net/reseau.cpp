@@ -168,7 +168,7 @@ void res_tire(float* w, int n, const std::vector<std::vector<int>>& couches, int
   auto tire = [&t]() -> float {
     float u;
     if (t.mode == -3) return t.a;
-    if (t.mode == -2) u = static_cast<float>(std::rand() % 32767) / 32767.f;
+    if (t.mode == -2) u = static_cast<float>(hasard() % 32767) / 32767.f;
     else u = alea_suivant();
     return t.a + (t.b - t.a) * u;
   };

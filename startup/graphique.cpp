@@ -93,8 +93,7 @@ void init_graphique(int argc, char** argv, bool aide) {
     std::printf("Dim_alea = %d: ", ecran.ale);
     arret_fatal(nullptr);
   }
-  for (int i = 0; i < ecran.ale; ++i)
-    ecran.aleatoires[i] = static_cast<float>(static_cast<double>(std::rand() % 32767) / 32767.0);
+  hasard_table_prevue(ecran.aleatoires, ecran.ale);
 
   long niveaux = 1L << ecran.rvb;
   std::printf("%ld ", niveaux * niveaux * niveaux);

@@ -1,26 +1,45 @@
 // The initialisation, step by step in the order that the keys' overrides
 // depend on: command line, files, command line again.
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 
 #include "core/message.h"
 #include "core/objet.h"
 #include "startup/interne.h"
 #include "startup/startup.h"
 
+// One read into a string sized from the file: start-up reads seven files,
+// and a stream per file would cost its buffers and the locale's set-up.
 bool lit_fichier(const char* chemin, std::string& texte) {
-  std::ifstream f(chemin, std::ios::binary);
-  if (!f) return false;
-  std::ostringstream s;
-  s << f.rdbuf();
-  texte = s.str();
-  return true;
+  int fd = open(chemin, O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return false;
+  struct stat st;
+  bool ok = fstat(fd, &st) == 0 && !S_ISDIR(st.st_mode);
+  texte.clear();
+  if (ok && st.st_size > 0) texte.resize(static_cast<std::size_t>(st.st_size));
+  std::size_t lu = 0;
+  while (ok) {
+    // Past the size fstat gave (a file that grew, a pipe): small reads.
+    char plus[4096];
+    bool dedans = lu < texte.size();
+    ssize_t n = dedans ? read(fd, texte.data() + lu, texte.size() - lu) : read(fd, plus, sizeof plus);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) {
+      ok = n == 0;
+      break;
+    }
+    if (!dedans) texte.append(plus, static_cast<std::size_t>(n));
+    lu += static_cast<std::size_t>(n);
+  }
+  close(fd);
+  texte.resize(lu);
+  return ok;
 }
 
 namespace {

@@ -1,6 +1,7 @@
 // Keyword files: one record per keyword, its position the ordinal.
 //   |4: vol volume Volume        names: primary, aliases, long names
 //   0 1 0 0 1,0.5,[3]=2          e1 etat e3 e4, then the default values
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -117,9 +118,14 @@ std::uint64_t cle_tri(const char* s) {
 int kom_analyse(std::string_view source, int env) {
   std::string texte(source);
   const char* p = std::strchr(texte.c_str(), '|');
+  // Sized once from the text: growing them by doubling would leave a trail
+  // of fresh pages touched and dropped at every start.
   std::string noms;
   std::vector<float> valeurs;
   std::vector<Brut> bruts;
+  noms.reserve(texte.size());
+  valeurs.reserve(texte.size() / 2);
+  bruts.reserve(texte.size() / 16);  // records rarely take less; more just grows it
   while (p && *p == '|') {
     Brut r{};
     ++p;
@@ -201,18 +207,33 @@ int kom_analyse(std::string_view source, int env) {
       vocab.valeurs9_courant = m.courant;
     }
   }
-  // A plain exchange sort on signed bytes: a prefix comes first. Names that
-  // appear twice keep the order this sort gives them, so it stays; its
-  // comparisons go by the first eight bytes packed into one integer, the
-  // names being read in full only when those are equal.
+  // The order is an exchange sort's on signed bytes: a prefix comes first.
+  // Names that appear twice keep the order this sort gives them, which no
+  // other sort reproduces, so it stays; but it runs on ranks, which a quick
+  // sort gives first (equal names, equal ranks), one integer comparison
+  // each. That sort goes by the first eight bytes packed into one integer,
+  // reading the names in full only when those are equal.
   std::vector<std::uint64_t> cle(static_cast<std::size_t>(nb));
   for (int i = 0; i < nb; ++i) cle[i] = cle_tri(mots[i].noms);
-  for (int i = 0; i < nb; ++i)
-    for (int j = i + 1; j < nb; ++j) {
-      int a = t.index[i], b = t.index[j];
-      if (cle[a] > cle[b] || (cle[a] == cle[b] && compare_signe(mots[a].noms, mots[b].noms) > 0))
-        std::swap(t.index[i], t.index[j]);
-    }
+  auto avant = [&](int a, int b) {
+    return cle[a] < cle[b] || (cle[a] == cle[b] && compare_signe(mots[a].noms, mots[b].noms) < 0);
+  };
+  std::vector<int> ordre(static_cast<std::size_t>(nb)), rang(static_cast<std::size_t>(nb));
+  for (int i = 0; i < nb; ++i) ordre[i] = i;
+  std::sort(ordre.begin(), ordre.end(), avant);
+  for (int k = 0; k < nb; ++k) rang[ordre[k]] = k == 0 ? 0 : rang[ordre[k - 1]] + avant(ordre[k - 1], ordre[k]);
+  // Position i's holder stays in registers through its pass.
+  for (int i = 0; i < nb; ++i) {
+    int r = rang[i];
+    mot x = t.index[i];
+    for (int j = i + 1; j < nb; ++j)
+      if (rang[j] < r) {
+        std::swap(r, rang[j]);
+        std::swap(x, t.index[j]);
+      }
+    rang[i] = r;
+    t.index[i] = x;
+  }
   if (env >= vocab.nb_env) vocab.nb_env = env + 1;
   etats[env] = t.etats;
   nb_etats[env] = nb;

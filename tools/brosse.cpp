@@ -37,7 +37,7 @@ unsigned char* defaire = nullptr;
 int defaire_w = 0, defaire_h = 0;
 
 std::uint32_t graine = 2463534242u;
-float hasard() {
+float tire_brosse() {
   graine ^= graine << 13;
   graine ^= graine >> 17;
   graine ^= graine << 5;
@@ -193,7 +193,7 @@ void touche_boite(Pinceau& p, unsigned char* boite, int w, int h) {
       unsigned mm = m[4 * (static_cast<std::size_t>(j) * p.w + i) + 3];
       if (!mm) continue;
       float k = k0 * static_cast<float>(mm) * (1.0f / 255);
-      if (a < 1) k *= a + (1 - a) * hasard();
+      if (a < 1) k *= a + (1 - a) * tire_brosse();
       unsigned char* d = boite + 4 * (static_cast<std::size_t>(j) * w + i);
       for (int q = 0; q < 3; ++q) {
         float v = static_cast<float>(d[q]);

@@ -2,6 +2,7 @@
 // case (pivots, axes, lines, radius of influence), selections, shakes from
 // the random table, the matrix form, and the refusals that leave the volume
 // as it was.
+#include <algorithm>
 #include <cmath>
 
 #include "outils.h"
@@ -112,17 +113,19 @@ TEST(Selection, ListedVerticesAndFacesMoveOnceBadNumbersNothing) {
 
 TEST(Secousses, DrawsFromTheStartUpTableInOrder) {
   monde();
-  float table[4] = {0, 1, 0.5f, 0.75f};
-  ecran.aleatoires = table;
-  ecran.ale = 4;
+  static float table[4];
+  hasard_table_prevue(table, 4);
+  int n;
+  hasard_table(&n);  // filled with draws at its first use: these replace them
+  const float valeurs[4] = {0, 1, 0.5f, 0.75f};
+  std::copy(valeurs, valeurs + 4, table);
   Objet* o = volume_de({0, 0, 0, 0, 0, 0}, {});
   const Transfo t{.op = B_SEC, .f = 2}, y{.op = B_SECY, .f = 1};
   ASSERT_EQ(transformer_vol(o, &t, nullptr, false), 0);
   proche(som(o), {-2, 2, 0, 1, -2, 2});
   ASSERT_EQ(transformer_vol(o, &y, nullptr, false), 0);
   proche(som(o), {-2, 2, 0, 1, -1.5f, 2});
-  ecran.aleatoires = nullptr;
-  ecran.ale = 0;
+  hasard_table_prevue(nullptr, 0);
   ASSERT_EQ(transformer_vol(o, &t, nullptr, false), 0);  // no table: nothing moves
   proche(som(o), {-2, 2, 0, 1, -1.5f, 2});
 }
