@@ -1,7 +1,8 @@
-// A performance recorded as frames, made into a movie by the shipped
-// makemovie (ffprobe counts its frames and reads its size), played back in
-// the window forward, backward and over a missing frame; the refused
-// ranges, a movie name full of shell characters, ffmpeg missing.
+// A performance recorded as frames (PNG and BMP files, one a frame, as the
+// hook turned the scene), made into a movie by the shipped makemovie
+// (ffprobe counts its frames and reads its size), played back in the window
+// forward, backward and over a missing frame; the refused ranges, a movie
+// name full of shell characters, ffmpeg missing.
 #include <filesystem>
 #include <fstream>
 
@@ -34,24 +35,14 @@ std::string sortie_programme(std::vector<std::string> a) {
   return r;
 }
 
-struct Scene : Session {
-  Scene() : Session({"uti=tests/anim/fixtures"}) {}
-  float mode() {
-    auto v = valeurs(p, "fen");
-    return v.size() > 2 ? v[2] : -1;
-  }
-  bool attend_mode(float m, int ms = 20000) {
-    for (int t = 0; t < ms; t += 50) {
-      if (mode() == m) return true;
-      dort(50);
-    }
-    return false;
-  }
-};
+std::string lit(const fs::path& f) {
+  std::ifstream i(f, std::ios::binary);
+  return {std::istreambuf_iterator<char>(i), {}};
+}
 }  // namespace
 
 TEST(Film, UnePerformanceEnImagesPuisEnFilmEtRelue) {
-  Scene s;
+  Session s({"uti=tests/anim/fixtures"});
   ASSERT_TRUE(attend(s.p, "empilements"));
   fs::path d = fs::temp_directory_path() / ("film " + std::to_string(getpid()));
   fs::remove_all(d);
@@ -61,7 +52,24 @@ TEST(Film, UnePerformanceEnImagesPuisEnFilmEtRelue) {
   tape(s.p, "lum(1) som(0, 0, -1000)");
   tape(s.p, "interaction fonc(\"tourne\") tem(50) cadence(0) nom_img(\"" + f + "\")");
   ASSERT_TRUE(s.attend_mode(0));
-  ASSERT_TRUE(fs::exists(d / "f0050.png"));
+  // The hook ran once a frame, 50 frames, and each frame was written.
+  EXPECT_EQ(s.compteur("tours"), 50);
+  for (int k = 1; k <= 50; ++k) {
+    char nom[32];
+    std::snprintf(nom, sizeof nom, "f%04d.png", k);
+    ASSERT_TRUE(fs::exists(d / nom)) << nom;
+  }
+  EXPECT_FALSE(fs::exists(d / "f0051.png"));
+  std::string a = lit(d / "f0001.png"), b = lit(d / "f0007.png"), c = lit(d / "f0050.png");
+  ASSERT_GT(a.size(), 8u);
+  EXPECT_EQ(a.substr(1, 3), "PNG");
+  // The cube turned between frames: the pictures differ.
+  EXPECT_NE(a, b);
+  EXPECT_NE(b, c);
+  // The same scene saved as .bmp, through the same writer.
+  tape(s.p, "interaction fonc(\"tourne\") tem(3) cadence(0) nom_img(\"" + (d / "g.bmp").string() + "\")");
+  ASSERT_TRUE(s.attend_mode(0));
+  EXPECT_EQ(lit(d / "g0003.bmp").substr(0, 2), "BM");
 
   // The movie: a name with blanks and shell characters stays a name.
   const std::string nom = (d / "mon film; touch PIRATE $(touch PIRATE2) `touch PIRATE3`.mp4").string();

@@ -7,58 +7,27 @@
 // pixel; from one support to the next the feet land further on, and the
 // figure has moved on at the end.
 #include <filesystem>
-#include <fstream>
 
 #include "../display/outils_fenetre.h"
+#include "image/image.h"
 
 namespace {
 namespace fs = std::filesystem;
 
-struct Image24 {
-  int l = 0, h = 0;
-  std::vector<unsigned char> rgb;
-  bool fond(int x, int y) const {
-    const unsigned char* c = &rgb[3 * (static_cast<std::size_t>(y) * l + x)];
-    return c[0] == 0 && c[1] == 0 && c[2] == 0;
-  }
-};
-
-// An uncompressed BMP of 24 bits, rows from the bottom (or the top).
-bool lit_bmp(const fs::path& f, Image24* im) {
-  std::ifstream i(f, std::ios::binary);
-  std::vector<unsigned char> d((std::istreambuf_iterator<char>(i)), {});
-  if (d.size() < 54 || d[0] != 'B' || d[1] != 'M') return false;
-  auto u32 = [&](std::size_t o) { return static_cast<std::int32_t>(d[o] | d[o + 1] << 8 | d[o + 2] << 16 | d[o + 3] << 24); };
-  const std::size_t off = static_cast<std::size_t>(u32(10));
-  im->l = u32(18);
-  const int h = u32(22);
-  im->h = h < 0 ? -h : h;
-  if (d[28] != 24 || im->l <= 0) return false;
-  const std::size_t rang = (static_cast<std::size_t>(im->l) * 3 + 3) / 4 * 4;
-  if (d.size() < off + rang * static_cast<std::size_t>(im->h)) return false;
-  im->rgb.assign(static_cast<std::size_t>(im->l) * im->h * 3, 0);
-  for (int y = 0; y < im->h; ++y) {
-    const int yy = h > 0 ? im->h - 1 - y : y;
-    for (int x = 0; x < im->l; ++x) {
-      const unsigned char* s = &d[off + static_cast<std::size_t>(y) * rang + 3 * static_cast<std::size_t>(x)];
-      unsigned char* o = &im->rgb[3 * (static_cast<std::size_t>(yy) * im->l + x)];
-      o[0] = s[2], o[1] = s[1], o[2] = s[0];
-    }
-  }
-  return true;
-}
-
-// The lowest row of the figure, the right end of that row, and the
+// The lowest row of the figure (from the top) in a picture read back by the
+// image reader (row 0 at the bottom), the right end of that row, and the
 // figure's leftmost column.
 struct Bas {
   int y = -1, x_droite = -1, x_gauche = 1 << 30;
 };
 
-Bas bas_de(const Image24& im) {
+Bas bas_de(const mot* im) {
   Bas b;
-  for (int y = 0; y < im.h; ++y)
-    for (int x = 0; x < im.l; ++x) {
-      if (im.fond(x, y)) continue;
+  const int l = ima_l(im), h = ima_h(im);
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < l; ++x) {
+      const octet* r = ima_rouge(im, h - 1 - y);
+      if (r[x] == 0 && r[l + x] == 0 && r[2 * l + x] == 0) continue;
       b.x_gauche = std::min(b.x_gauche, x);
       if (y > b.y) b.y = y, b.x_droite = x;
       else if (y == b.y) b.x_droite = std::max(b.x_droite, x);
@@ -90,21 +59,18 @@ TEST(Marche, LePiedPorteurResteSurPlaceEtLaFigureAvance) {
   tape(s.p, "interaction vol(1, 2, 3, 4, 5) fonc(0, \"figure\") tem(100) cadence(0) nom_img(\"" +
                 (d / "f.bmp").string() + "\")");
   // The frames are written, then the interaction ends.
-  bool fini = false;
-  for (int t = 0; t < 60000 && !fini; t += 100) {
-    auto v = valeurs(s.p, "fen");
-    fini = fs::exists(d / "f0100.bmp") && v.size() > 2 && v[2] == 0;
-    if (!fini) dort(100);
-  }
-  ASSERT_TRUE(fini);
+  ASSERT_TRUE(s.attend_mode(0, 60000));
+  ASSERT_TRUE(fs::exists(d / "f0100.bmp"));
   EXPECT_FALSE(fs::exists(d / "f0101.bmp"));
+  ASSERT_TRUE(tas::init());
   std::vector<Bas> b;
   for (int k = 1; k <= 100; ++k) {
-    char nom[16];
+    char nom[32];
     std::snprintf(nom, sizeof nom, "f%04d.bmp", k);
-    Image24 im;
-    ASSERT_TRUE(lit_bmp(d / nom, &im)) << nom;
+    mot* im = ima_lit_fichier((d / nom).string());
+    ASSERT_NE(im, nullptr) << nom;
     b.push_back(bas_de(im));
+    bloc_libere(im);
     ASSERT_GE(b.back().y, 0) << nom << ": nothing drawn";
   }
   // Runs of frames on one support: its corner within one pixel of where the

@@ -1,6 +1,7 @@
 // Shared by the tests of the scene's records: attributes read and written
 // by their keys, a volume's vertices, and a fixture whose working records
-// are freed at the end of each test.
+// (made as the scene makes them, chained in its list) are freed at the end
+// of each test.
 #pragma once
 #include <gtest/gtest.h>
 
@@ -33,6 +34,26 @@ struct Enregistrements : testing::Test {
     tas::init();
     monde();
     inter.liste_inter = inter.fin_inter = nullptr;
+  }
+  // The object's record, after the others in the scene's list.
+  Vol_inter* record(Objet* o) {
+    auto* v = new Vol_inter;
+    v->objet = o, v->num = o->numero, v->attr = o->donnees;
+    int d = 3;
+    v->som = vol_som(o, &v->nb_som, &d);
+    v->stride = d;
+    if (!recs.empty()) recs.back()->suivant = v;
+    else inter.liste_inter = v;
+    inter.fin_inter = v;
+    recs.push_back(v);
+    vol_inter_matrice(v);
+    return v;
+  }
+  // The follower hangs by its vertex `som_suiv` at the leader's `som_lead`.
+  static void lie(Vol_inter* lead, Vol_inter* suiv, int som_lead, int som_suiv) {
+    lead->suiv[lead->nb_suiv++] = suiv;
+    suiv->lead = lead, suiv->lead_num = lead->num;
+    suiv->som_lead = som_lead, suiv->som_suiv = som_suiv;
   }
   void TearDown() override {
     for (Vol_inter* v : recs) delete v;

@@ -61,15 +61,6 @@ TEST(Allocation, DebugTableReportsDoubleRelease) {
   EXPECT_EQ(memoire.mal[0], c);
 }
 
-TEST(Allocation, ArenaWordsRoundTrip) {
-  mot* b = bloc_alloue(4);
-  mot w = ptr_vers_mot(b);
-  EXPECT_NE(w, 0);
-  EXPECT_EQ(bloc_pointe(w), b);
-  EXPECT_EQ(mot_vers_ptr(0), nullptr);
-  EXPECT_EQ(ptr_vers_mot(nullptr), 0);
-}
-
 TEST(Copie, NegativeAndZeroWordZero) {
   mot src[6] = {-1, 77, 5, 5, 5, 5};
   mot dst[6] = {9, 9, 9, 9, 9, 9};
@@ -308,9 +299,7 @@ TEST(Piles, CommandStackDropsWhenFullAndGrowsOnReservation) {
   EXPECT_EQ(piles.emp[2], 1);
   EXPECT_EQ(piles.emp[4], 7);
   EXPECT_EQ(piles.emp_fin - piles.emp, 70);
-}
-
-TEST(Piles, EvaluationLimitIsANinth) {
+  // The evaluation limit: a ninth of the stack's bytes, in words.
   ASSERT_EQ(piles_alloue(10, 900, 10, 20), 0);
   EXPECT_EQ(piles.eva_limite - piles.eva_base, 900);
   EXPECT_EQ(piles_alloue(0, 900, 10, 20), 1);

@@ -62,20 +62,6 @@ struct Dossier {
   }
 };
 
-TEST(SonWav, TableDesFormats) {
-  const std::uint32_t taux[4] = {8000, 11025, 22050, 44100};
-  for (int code = 0; code < 16; ++code) {
-    FormatSon f = format_son(code);
-    EXPECT_EQ(f.taux, taux[code / 4]);
-    EXPECT_EQ(f.canaux, code % 4 >= 2 ? 2 : 1);
-    EXPECT_EQ(f.bits, code % 2 ? 16 : 8);
-    EXPECT_EQ(f.bloc, f.canaux * f.bits / 8);
-    EXPECT_EQ(f.octets_s, f.taux * f.bloc);
-  }
-  EXPECT_EQ(format_son(0).octets_s, 8000u);
-  EXPECT_EQ(format_son(15).octets_s, 176400u);
-}
-
 TEST(SonWav, LectureDeCeQueLEcritureFait) {
   std::mt19937 g(1431);
   for (int k = 0; k < 40; ++k) {

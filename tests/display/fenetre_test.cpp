@@ -70,25 +70,25 @@ TEST(Fenetre, PauseRepriseEtEchappement) {
   Session s;
   ASSERT_TRUE(attend(s.p, "empilements"));
   tape(s.p, "sou(\"clignote\")");
-  EXPECT_EQ(attend_valeurs(s.p, "fen", [](auto& v) { return v.size() > 2 && v[2] == 16; }).at(2), 16);
+  EXPECT_TRUE(s.attend_mode(16));
   float a = valeurs(s.p, "vues").at(0);
   EXPECT_GT(attend_valeurs(s.p, "vues", [&](auto& v) { return !v.empty() && v[0] > a; }).at(0), a);
   // "[" pauses: no frame runs, the picture stands.
   s.touches("[");
-  EXPECT_EQ(attend_valeurs(s.p, "fen", [](auto& v) { return v.size() > 2 && v[2] == -16; }).at(2), -16);
+  EXPECT_TRUE(s.attend_mode(-16));
   std::vector<float> p1 = valeurs(s.p, "vues, pixel_fenetre(10, 10)");
   dort(150);
   std::vector<float> p2 = valeurs(s.p, "vues, pixel_fenetre(10, 10)");
   EXPECT_EQ(p1, p2);
   s.touches("[");  // no further effect
   dort(100);
-  EXPECT_EQ(valeurs(s.p, "fen").at(2), -16);
+  EXPECT_EQ(s.mode(), -16);
   s.touches("]");
   EXPECT_GT(attend_valeurs(s.p, "vues", [&](auto& v) { return !v.empty() && v[0] > p2.at(0); }).at(0), p2.at(0));
   // Escape with the option on leaves the tool.
   s.touche("Escape");
   ASSERT_TRUE(attend(s.p, "clavier\n", 20000));
-  EXPECT_EQ(valeurs(s.p, "fen").at(2), 0);
+  EXPECT_EQ(s.mode(), 0);
 }
 
 TEST(Fenetre, EchappementSansOption) {
@@ -97,10 +97,10 @@ TEST(Fenetre, EchappementSansOption) {
   tape(s.p, "sou(1)");
   s.touche("Escape");
   dort(150);
-  EXPECT_EQ(valeurs(s.p, "fen").at(2), 16);
+  EXPECT_EQ(s.mode(), 16);
   EXPECT_EQ(s.p.lu.find("clavier\n"), std::string::npos);
   tape(s.p, "sou(0)");
-  EXPECT_EQ(valeurs(s.p, "fen").at(2), 0);
+  EXPECT_EQ(s.mode(), 0);
 }
 
 TEST(Fenetre, RedimensionsExtremes) {

@@ -156,4 +156,21 @@ struct Session {
     xdo("type --delay 2 '" + t + "'");
   }
   void touche(const std::string& nom) { xdo("key " + nom); }
+  // The mode of the window, as `fen` gives it, and a wait for one.
+  float mode() {
+    auto v = valeurs(p, "fen");
+    return v.size() > 2 ? v[2] : -1;
+  }
+  bool attend_mode(float m, int ms = 20000) {
+    for (int t = 0; t < ms; t += 50) {
+      if (mode() == m) return true;
+      dort(50);
+    }
+    return false;
+  }
+  // A variable of the program, -1 if it has no value.
+  float compteur(const std::string& nom) {
+    auto v = valeurs(p, nom);
+    return v.empty() ? -1 : v[0];
+  }
 };

@@ -8,10 +8,6 @@
 namespace {
 std::vector<float> rangs(const mot* c) { return floats(c + 6); }
 
-void proche(const std::vector<float>& a, const std::vector<float>& b, float eps = 1e-5f) {
-  ASSERT_EQ(a.size(), b.size());
-  for (std::size_t k = 0; k < a.size(); ++k) EXPECT_NEAR(a[k], b[k], eps) << "indice " << k;
-}
 
 std::vector<mot> ligne(const std::vector<float>& v) {
   std::vector<mot> b{static_cast<mot>(4 + v.size()), BLOC_REEL, static_cast<mot>(v.size()), 1};

@@ -22,26 +22,35 @@ std::vector<std::vector<int>> liste_faces(const mot* attribut) {
 }
 }  // namespace
 
-TEST(GrilleFaces, ClosedStripOfTwo) {
+TEST(GrilleFaces, ClosedOpenWithLayersAndThinned) {
   monde();
-  mot* a = gen_fac_fermer(2, 1);
-  ASSERT_NE(a, nullptr);
-  EXPECT_EQ(liste_faces(a), (std::vector<std::vector<int>>{{1, 2, 4, 3}, {2, 1, 3, 4}}));
-  bloc_libere(a);
-  a = gen_fac_fermer(1, 3);  // one column closed on itself: no face
-  EXPECT_EQ(a[6 + 2], 0);
-  bloc_libere(a);
-}
-
-TEST(GrilleFaces, OpenWithLayers) {
-  monde();
-  mot* a = gen_fac_ouvert(1, 1, 1);
-  ASSERT_NE(a, nullptr);
-  // Two layers of one face each, then the faces between the layers, row by row.
-  EXPECT_EQ(liste_faces(a), (std::vector<std::vector<int>>{
-                                {1, 2, 4, 3}, {5, 6, 8, 7}, {1, 2, 6, 5}, {3, 4, 8, 7}}));
-  EXPECT_EQ(a[0], 6 + 4 + 8 * 4);
-  bloc_libere(a);
+  Objet* cube = volume();
+  ASSERT_EQ(vol_cube(cube, 1), 0);
+  using Faces = std::vector<std::vector<int>>;
+  const struct {
+    const char* nom;
+    mot* faces;
+    std::size_t nombre;
+    Faces attendu;  // when given
+  } cas[] = {
+      // A strip of two closed on itself; one column closed on itself has no face.
+      {"fermee", gen_fac_fermer(2, 1), 2, {{1, 2, 4, 3}, {2, 1, 3, 4}}},
+      {"une colonne", gen_fac_fermer(1, 3), 0, {}},
+      // Two layers of one face each, then the faces between the layers, row by row.
+      {"couches", gen_fac_ouvert(1, 1, 1), 4, {{1, 2, 4, 3}, {5, 6, 8, 7}, {1, 2, 6, 5}, {3, 4, 8, 7}}},
+      // One vertex in 3 of a 9 x 4 grid; a cube's faces through its first vertex.
+      {"precision", gen_fac_precision(9, 4, 0, 3, nullptr, nullptr), 3, {}},
+      {"cube", gen_fac_precision(0, 0, 0, 2, cube, nullptr), 3, {{1, 4, 3, 2}, {1, 2, 6, 5}, {1, 5, 8, 4}}},
+  };
+  for (const auto& c : cas) {
+    ASSERT_NE(c.faces, nullptr) << c.nom;
+    const Faces f = liste_faces(c.faces);
+    EXPECT_EQ(f.size(), c.nombre) << c.nom;
+    if (!c.attendu.empty()) {
+      EXPECT_EQ(f, c.attendu) << c.nom;
+    }
+    bloc_libere(c.faces);
+  }
 }
 
 TEST(GrilleSegments, CountsAndOrder) {
@@ -132,16 +141,4 @@ TEST(Facettes, AddressesInsteadOfNumbers) {
   EXPECT_EQ(reels(bloc_pointe(b[8])), s + 6);
   EXPECT_EQ(reels(bloc_pointe(b[9])), s);
   bloc_libere(b);
-}
-
-TEST(GrilleFaces, PrecisionAndThinning) {
-  monde();
-  mot* a = gen_fac_precision(9, 4, 0, 3, nullptr, nullptr);
-  EXPECT_EQ(a[6 + 2], 3 * 1);
-  bloc_libere(a);
-  Objet* o = volume();
-  ASSERT_EQ(vol_cube(o, 1), 0);
-  a = gen_fac_precision(0, 0, 0, 2, o, nullptr);
-  EXPECT_EQ(liste_faces(a), (std::vector<std::vector<int>>{{1, 4, 3, 2}, {1, 2, 6, 5}, {1, 5, 8, 4}}));
-  bloc_libere(a);
 }

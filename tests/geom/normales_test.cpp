@@ -15,10 +15,6 @@ std::vector<float> normale_fac(Objet* o) {
   return a ? floats(valeur_de(a)) : std::vector<float>{};
 }
 
-void proche(const std::vector<float>& a, const std::vector<float>& b, float eps = 1e-6f) {
-  ASSERT_EQ(a.size(), b.size());
-  for (std::size_t k = 0; k < a.size(); ++k) EXPECT_NEAR(a[k], b[k], eps) << "indice " << k;
-}
 }  // namespace
 
 TEST(NormaleFace, NewellOnANonPlanarQuad) {

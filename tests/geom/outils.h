@@ -3,6 +3,7 @@
 #pragma once
 #include <gtest/gtest.h>
 
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -55,4 +56,17 @@ inline std::vector<float> floats(const mot* valeur) {
 
 inline std::vector<int> entiers(const mot* valeur) {
   return std::vector<int>(valeur + 4, valeur + valeur[0]);
+}
+
+// a[k] near b[k] for each k of b; the index of a miss in its message.
+inline void proche(const float* a, std::initializer_list<float> b, float eps = 1e-5f) {
+  int k = 0;
+  for (float x : b) {
+    EXPECT_NEAR(a[k], x, eps) << "indice " << k;
+    ++k;
+  }
+}
+inline void proche(const std::vector<float>& a, const std::vector<float>& b, float eps = 1e-5f) {
+  ASSERT_EQ(a.size(), b.size());
+  for (std::size_t k = 0; k < a.size(); ++k) EXPECT_NEAR(a[k], b[k], eps) << "indice " << k;
 }

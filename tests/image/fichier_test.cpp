@@ -5,23 +5,10 @@
 
 #include <cmath>
 #include <cstring>
-#include <fstream>
-#include <iterator>
-#include <vector>
 
 #include "tests/image/outils.h"
 
 namespace {
-std::vector<char> octets_de(const std::string& chemin) {
-  std::ifstream f(chemin, std::ios::binary);
-  return std::vector<char>(std::istreambuf_iterator<char>(f), {});
-}
-
-void ecrit(const std::string& chemin, const std::vector<char>& v) {
-  std::ofstream f(chemin, std::ios::binary);
-  f.write(v.data(), static_cast<std::streamsize>(v.size()));
-}
-
 bool memes_pixels(const mot* a, const mot* b) {
   return ima_l(a) == ima_l(b) && ima_h(a) == ima_h(b) && std::memcmp(ima_octets(a), ima_octets(b), a[6]) == 0;
 }
@@ -72,19 +59,18 @@ TEST_F(ImageFichier, NamesSplitAtTheLastPointAndFrameNumbers) {
   n = nom_coupe("dossier.d/vue");
   EXPECT_EQ(n.nom, "dossier.d/vue");
   EXPECT_EQ(n.ext, "ima");
-  char s[64];
-  nom_numero(s, "4D", 7);
-  EXPECT_STREQ(s, "0007");
-  nom_numero(s, "4D", 123456);
-  EXPECT_STREQ(s, "3456");
-  nom_numero(s, "4D", -12);
-  EXPECT_STREQ(s, "-012");
-  nom_numero(s, "8b", 37);
-  EXPECT_STREQ(s, "00100101");
-  nom_numero(s, "3o", 64);
-  EXPECT_STREQ(s, "100");
-  nom_numero(s, "5x", 48879);
-  EXPECT_STREQ(s, "0BEEF");
+  // Frame numbers: width and base, the low digits kept, the sign counted.
+  const struct {
+    const char* forme;
+    int n;
+    const char* attendu;
+  } numeros[] = {{"4D", 7, "0007"},     {"4D", 123456, "3456"}, {"4D", -12, "-012"},
+                 {"8b", 37, "00100101"}, {"3o", 64, "100"},      {"5x", 48879, "0BEEF"}};
+  for (const auto& c : numeros) {
+    char s[64];
+    nom_numero(s, c.forme, c.n);
+    EXPECT_STREQ(s, c.attendu) << c.forme << " " << c.n;
+  }
   // A two-point name is written and read under its last extension.
   mot* b = ima_hasard(9, 4, g);
   ASSERT_EQ(ima_ecrit_fichier(b, dir / "a.b.bmp"), 0);
@@ -248,14 +234,13 @@ TEST_F(ImageFichier, BadFilesAreRefusedByMessage) {
     std::string s = sortie_de([&] { EXPECT_EQ(ima_lit_fichier(dir / n), nullptr); });
     EXPECT_NE(s.find("M1:124"), std::string::npos) << n << ": " << s;
   }
+  // Missing files, a folder, an unknown format.
   std::filesystem::create_directory(dir / "dossier.png");
-  for (std::string n : {dir / "absent.png", dir / "dossier.png"}) {
-    std::string s = sortie_de([&] { EXPECT_EQ(ima_lit_fichier(n), nullptr); });
-    EXPECT_NE(s.find("M0:36"), std::string::npos) << s;
+  for (auto [n, m] : {std::pair{"absent.png", "M0:36"}, {"dossier.png", "M0:36"}, {"b.gif", "M1:120"}}) {
+    std::string s = sortie_de([&] { EXPECT_EQ(ima_lit_fichier(dir / n), nullptr); });
+    EXPECT_NE(s.find(m), std::string::npos) << n << ": " << s;
   }
-  std::string s = sortie_de([&] { EXPECT_EQ(ima_lit_fichier(dir / "b.gif"), nullptr); });
-  EXPECT_NE(s.find("M1:120"), std::string::npos);
-  s = sortie_de([&] { EXPECT_EQ(ima_ecrit_fichier(b, dir / "absent/x.png"), -1); });
+  std::string s = sortie_de([&] { EXPECT_EQ(ima_ecrit_fichier(b, dir / "absent/x.png"), -1); });
   EXPECT_NE(s.find("M0:36"), std::string::npos);
   // Nothing held was touched.
   EXPECT_TRUE(memes_pixels(ima_bloc(3), b));

@@ -4,17 +4,9 @@
 // build sees here is the point of this test.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-#include <vector>
-
 #include "tests/image/outils.h"
 
 namespace {
-void ecrit(const std::string& chemin, const std::vector<char>& v) {
-  std::ofstream f(chemin, std::ios::binary | std::ios::trunc);
-  f.write(v.data(), static_cast<std::streamsize>(v.size()));
-}
 
 std::vector<char> mute(const std::vector<char>& base, std::mt19937& g) {
   std::vector<char> v = base;
@@ -53,8 +45,7 @@ TEST(ImageFuzz, MutatedFilesGiveAnImageOrAMessage) {
     for (const char* ext : {"raw", "bmp", "png", "jpg", "ima"}) {
       std::string nom = dir / (std::string("base.") + ext);
       ASSERT_EQ(ima_ecrit_fichier(b, nom), 0);
-      std::ifstream f(nom, std::ios::binary);
-      std::vector<char> base((std::istreambuf_iterator<char>(f)), {});
+      const std::vector<char> base = octets_de(nom);
       for (int k = 0; k < 3000; ++k) {
         // A new name each time: a file truncated and rewritten in place is
         // flushed to disk at each close on ext4, and that would take seconds.

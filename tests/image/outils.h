@@ -7,8 +7,11 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "core/message.h"
 #include "core/objet.h"
@@ -49,6 +52,16 @@ inline mot* ima_hasard(int w, int h, std::mt19937& g) {
   octet* p = ima_octets(b);
   for (long k = 0; k < 3L * w * h; ++k) p[k] = static_cast<octet>(g());
   return b;
+}
+
+// A file's bytes, read and written whole.
+inline std::vector<char> octets_de(const std::string& chemin) {
+  std::ifstream f(chemin, std::ios::binary);
+  return std::vector<char>(std::istreambuf_iterator<char>(f), {});
+}
+inline void ecrit(const std::string& chemin, const std::vector<char>& v) {
+  std::ofstream f(chemin, std::ios::binary | std::ios::trunc);
+  f.write(v.data(), static_cast<std::streamsize>(v.size()));
 }
 
 inline octet px(const mot* b, int x, int y, int c) { return ima_rouge(b, y)[x + static_cast<long>(c) * ima_l(b)]; }

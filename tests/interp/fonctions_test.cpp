@@ -1,4 +1,6 @@
-// The built-in functions on phrases built by hand, with the real vocabulary.
+// The built-in functions on phrases built by hand, with the real vocabulary:
+// what the console transcripts cannot reach (the factorial of every whole
+// number, row lengths, a result past the stack, 257 open files).
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -53,37 +55,6 @@ struct Interne : testing::Test {
 };
 }  // namespace
 
-TEST_F(Interne, GuardsOfRootAndLogarithm) {
-  std::string s;
-  EXPECT_EQ(appelle(phrase(F_RACINE, {4, -1}), &s), -1);
-  EXPECT_NE(s.find(message_texte(0, M_RACINE)), std::string::npos);
-  mot* b = phrase(F_LOG, {0, 1});
-  EXPECT_EQ(appelle(b, &s), 0);
-  EXPECT_EQ(s, "");
-  EXPECT_TRUE(std::isinf(valeurs(b)[0]));
-  EXPECT_EQ(appelle(phrase(F_LOG, {-1}), &s), -1);
-  EXPECT_NE(s.find(message_texte(0, M_LOG)), std::string::npos);
-}
-
-TEST_F(Interne, ClampingRoundingAndReductions) {
-  mot* b = phrase(F_ACOS, {2, -2});
-  appelle(b);
-  EXPECT_EQ(valeurs(b)[0], 0.f);
-  EXPECT_FLOAT_EQ(valeurs(b)[1], 3.14159265f);
-  b = phrase(F_ARRONDI, {2.5f, -2.5f, 0.4f});
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{3, -3, 0}));
-  b = phrase(F_SOMME, {7});
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{7}));
-  b = phrase(F_NORME, {0, 0, 0});
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{0, 0, 0}));
-  b = phrase(F_NORME, {3, 4});
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{0.6f, 0.8f}));
-}
-
 TEST_F(Interne, FactorialOfWholeNumbersIsTheNearestFloat) {
   std::vector<float> n;
   for (int i = 0; i <= 35; ++i) n.push_back(static_cast<float>(i));
@@ -110,46 +81,22 @@ TEST_F(Interne, FactorialOfWholeNumbersIsTheNearestFloat) {
 }
 
 TEST_F(Interne, ShapesThatChangeTheLength) {
-  mot* b = phrase(F_MODULE, {3, 4, 0, 0, 0, 2, 1});  // a short last triple
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{5, 2, 1}));
-  b = phrase(F_SCAL, {1, 2, 3, 4});
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{11}));
-  b = phrase(F_VECTORIEL, {1, 0, 0, 0, 1, 0});
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{0, 0, 1}));
-  b = phrase(F_GENERER, {2, 10, 11, 12, 13, 14});
+  mot* b = phrase(F_GENERER, {2, 10, 11, 12, 13, 14});
   appelle(b);
   EXPECT_EQ(valeurs(b), (std::vector<float>{10, 12, 14}));
   b = phrase(F_MODULE_C, {3, 4, 6, 8});
   appelle(b);
   EXPECT_EQ(valeurs(b), (std::vector<float>{5, 10}));
-  b = phrase(F_TRI, {3, 1, 2});
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{1, 2, 3}));
-  b = phrase(F_LIM, {0, 5, 1, 2, -1, 3});
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{0, -1, 1, 2, 5, 3}));
-  std::string s;
-  EXPECT_EQ(appelle(phrase(F_LIM, {1, 2}), &s), -1);
-  EXPECT_NE(s.find("expr"), std::string::npos);
-}
-
-TEST_F(Interne, TransposeUsesTheRowLength) {
-  mot* b = phrase(F_TRANSPOSE, {1, 2, 3, 4, 5, 6});
+  b = phrase(F_TRANSPOSE, {1, 2, 3, 4, 5, 6});
   b[10] = 3;  // two rows of three
   appelle(b);
   EXPECT_EQ(valeurs(b), (std::vector<float>{1, 4, 2, 5, 3, 6}));
   EXPECT_EQ(b[3], 2);
 }
 
-TEST_F(Interne, EmptyArgumentGivesNilAndCommandsAreNotHandled) {
-  mot* b = phrase(F_COS, {});
-  EXPECT_EQ(appelle(b), 0);
-  EXPECT_EQ(b[1], BLOC_NIL);
+TEST_F(Interne, CommandsAreNotHandledAndTheLimitHolds) {
   // cos(1) vol: a second keyword of list b makes it a command.
-  b = phrase(F_COS, {1});
+  mot* b = phrase(F_COS, {1});
   b[0] += 3;
   b[2] = 2;
   mot* e = b + 4 + b[4];
@@ -158,22 +105,6 @@ TEST_F(Interne, EmptyArgumentGivesNilAndCommandsAreNotHandled) {
   // A result that does not fit below the limit.
   b = phrase(F_COS, std::vector<float>(50, 1.f));
   EXPECT_EQ(fonction_interne(b, b + 40), PILE_PLEINE);
-}
-
-TEST_F(Interne, TextConversions) {
-  mot* b = phrase_texte(F_COD, "AB");
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{65, 66}));
-  b = phrase(F_COD, {104, 105});
-  appelle(b);
-  EXPECT_EQ(b[1], BLOC_CHAINE);
-  EXPECT_STREQ(bloc_texte(b), "hi");
-  b = phrase(F_TEXTE, {1, 2.5f});
-  appelle(b);
-  EXPECT_STREQ(bloc_texte(b), "1 2.5");
-  b = phrase_texte(F_TAILLE, "abcd");
-  appelle(b);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{4}));
 }
 
 TEST_F(Interne, FilesWrittenThenReadBack) {
@@ -206,12 +137,9 @@ TEST_F(Interne, FilesWrittenThenReadBack) {
   unlink(modele);
 }
 
-TEST_F(Interne, OpenWithoutModeAndThe257thOpen) {
+TEST_F(Interne, The257thOpenIsRefused) {
   std::string s;
-  mot* b = phrase_texte(F_FOPEN, "f");
-  EXPECT_EQ(appelle(b, &s), 0);
-  EXPECT_EQ(valeurs(b), (std::vector<float>{-1}));
-  EXPECT_EQ(s.rfind("fopen(", 0), 0u);
+  mot* b;
   for (int i = 0; i < 256; ++i) {
     b = phrase_texte(F_FOPEN, "/dev/null r");
     appelle(b);

@@ -2,17 +2,12 @@
 // the display with rows, the debug traces, and a keyword whose argument is
 // kept as code.
 #include "code.h"
+#include "tests/outils/sortie.h"
 
 namespace {
 class Impression : public testing::Test {
  protected:
   void SetUp() override { essai::environnement(); }
-  template <class F>
-  static std::string sortie(F f) {
-    testing::internal::CaptureStdout();
-    f();
-    return testing::internal::GetCapturedStdout();
-  }
   static std::vector<mot> reels(std::initializer_list<float> v, mot colonnes = 1) {
     std::vector<mot> b{static_cast<mot>(4 + v.size()), BLOC_REEL, static_cast<mot>(v.size()), colonnes};
     for (float x : v) b.push_back(reel_mot(x));
@@ -23,35 +18,35 @@ class Impression : public testing::Test {
 
 TEST_F(Impression, IntegersAndMatricesByRows) {
   std::vector<mot> e{10, BLOC_ENTIER, 2, 3, 1, 2, 3, 4, 5, 6};
-  EXPECT_EQ(sortie([&] { imprimer(e.data(), nullptr); }), "1 2 3 \n4 5 6 \n");
+  EXPECT_EQ(sortie_de([&] { imprimer(e.data(), nullptr); }), "1 2 3 \n4 5 6 \n");
   std::vector<mot> m = reels({1, 2, 3, 4}, 2);
-  EXPECT_EQ(sortie([&] { imprimer(m.data(), nullptr); }), "1: 1.000000 2.000000 \n2: 3.000000 4.000000 \n");
+  EXPECT_EQ(sortie_de([&] { imprimer(m.data(), nullptr); }), "1: 1.000000 2.000000 \n2: 3.000000 4.000000 \n");
   std::vector<mot> nil{4, BLOC_NIL, 0, 1};
-  EXPECT_EQ(sortie([&] { imprimer(nil.data(), nullptr); }), "NIL ");
+  EXPECT_EQ(sortie_de([&] { imprimer(nil.data(), nullptr); }), "NIL ");
   std::vector<mot> v = reels({1.5, 2});
-  EXPECT_EQ(sortie([&] { imprimer(v.data(), "%.1f,"); }), "1.5,2.0,");
+  EXPECT_EQ(sortie_de([&] { imprimer(v.data(), "%.1f,"); }), "1.5,2.0,");
 }
 
 TEST_F(Impression, DisplayWithRows) {
   std::vector<mot> v = reels({1, 2, 3, 4, 5});
   const reel deux[1] = {2}, zero[1] = {0}, dix[1] = {10};
-  EXPECT_EQ(sortie([&] { afficher(v.data(), deux, 1); }),
+  EXPECT_EQ(sortie_de([&] { afficher(v.data(), deux, 1); }),
             "0: 1.000000 2.000000 \n1: 3.000000 4.000000 \n2: 5.000000 \n");
-  EXPECT_EQ(sortie([&] { afficher(v.data(), zero, 1); }), "1.000000 2.000000 3.000000 4.000000 5.000000 \n");
-  EXPECT_EQ(sortie([&] { afficher(v.data(), dix, 1); }), "1.000000 2.000000 3.000000 4.000000 5.000000 \n");
+  EXPECT_EQ(sortie_de([&] { afficher(v.data(), zero, 1); }), "1.000000 2.000000 3.000000 4.000000 5.000000 \n");
+  EXPECT_EQ(sortie_de([&] { afficher(v.data(), dix, 1); }), "1.000000 2.000000 3.000000 4.000000 5.000000 \n");
   essai::lance("( s = \" un  deux\" ) ;");
-  EXPECT_EQ(sortie([&] { afficher(essai::globale("s")->donnees, nullptr, 0); }), "0: un\n1: deux\n");
+  EXPECT_EQ(sortie_de([&] { afficher(essai::globale("s")->donnees, nullptr, 0); }), "0: un\n1: deux\n");
 }
 
 TEST_F(Impression, DebugTracesOnlyForListedOptions) {
-  EXPECT_EQ(sortie([] { EXPECT_EQ(option_debug("x", 1, 0, A_PAS, 1, 2, 0, 0), 0); }), "");
+  EXPECT_EQ(sortie_de([] { EXPECT_EQ(option_debug("x", 1, 0, A_PAS, 1, 2, 0, 0), 0); }), "");
   debug.drapeau = 1;
   debug.n = 1;
   debug.paires[0][0] = 0;
   debug.paires[0][1] = A_PAS;
-  EXPECT_EQ(sortie([] { EXPECT_EQ(option_debug("x", 1, 0, A_PAS, 1, 2, 0, 0), 1); }), "x -> 2.000000\n");
-  EXPECT_EQ(sortie([] { option_debug("y", -1, 0, A_PAS, 2, 1, 3, 0); }), "[y  1.000000 3.000000]\n");
-  EXPECT_EQ(sortie([] { option_debug("z", 0, 0, A_PAS, 0, 0, 0, 0); }), "");
+  EXPECT_EQ(sortie_de([] { EXPECT_EQ(option_debug("x", 1, 0, A_PAS, 1, 2, 0, 0), 1); }), "x -> 2.000000\n");
+  EXPECT_EQ(sortie_de([] { option_debug("y", -1, 0, A_PAS, 2, 1, 3, 0); }), "[y  1.000000 3.000000]\n");
+  EXPECT_EQ(sortie_de([] { option_debug("z", 0, 0, A_PAS, 0, 0, 0, 0); }), "");
 }
 
 TEST_F(Impression, FlaggedKeywordKeepsItsGroupAsCode) {

@@ -10,6 +10,7 @@
 #include "lang/lang.h"
 #include "startup/startup.h"
 #include "tests/lang/aide_lang.h"
+#include "tests/outils/sortie.h"
 
 namespace {
 // A scratch directory that the test works in, and the way back.
@@ -88,9 +89,7 @@ TEST(Fonctions, FileIntoFunctions) {
   // Reading empties the macros of the previous files.
   compile(l);
   EXPECT_EQ(texte_items(l->code), "#1 ( g:y = ( g:N ) ) ; FIN");
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(fonctions_lit("absent", false), -1);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "absent: M36\n");
+  EXPECT_EQ(sortie_de([&] { EXPECT_EQ(fonctions_lit("absent", false), -1); }), "absent: M36\n");
 }
 
 TEST(Fonctions, CallByNameReadsItsFile) {
@@ -111,9 +110,7 @@ TEST(Fonctions, CallByNameReadsItsFile) {
   EXPECT_NE(o->code, nullptr);
   EXPECT_NE(f->code, nullptr);
   EXPECT_NE(texte_items(f->code).find("fonction/1"), std::string::npos);
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(fonction_appel("nulle"), nullptr);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "nulle: M41\n");
+  EXPECT_EQ(sortie_de([&] { EXPECT_EQ(fonction_appel("nulle"), nullptr); }), "nulle: M41\n");
   // A name that begins with "." is looked up in the current directory only.
   std::ofstream(uti + "cache.fon") << "cache() { }\n";
   std::string t;
@@ -251,14 +248,10 @@ TEST(Fonctions, CompileByNames) {
   Objet* g = fonction("g() { }");
   mot t[8] = {8, BLOC_CHAINE, 1, 1};
   std::memcpy(t + 4, "f, g\tx\n", 8);
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(compiler_noms(t), -1);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "x: M41\n");
+  EXPECT_EQ(sortie_de([&] { EXPECT_EQ(compiler_noms(t), -1); }), "x: M41\n");
   EXPECT_NE(f->code, nullptr);
   EXPECT_NE(g->code, nullptr);
   mot reel[5] = {5, BLOC_REEL, 1, 1, 0};
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(compiler_noms(reel), -1);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "M80\n");
+  EXPECT_EQ(sortie_de([&] { EXPECT_EQ(compiler_noms(reel), -1); }), "M80\n");
   EXPECT_EQ(compiler_noms(nullptr), 0);
 }

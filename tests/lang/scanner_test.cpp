@@ -4,6 +4,7 @@
 
 #include "lang/lang.h"
 #include "tests/lang/aide_lang.h"
+#include "tests/outils/sortie.h"
 
 namespace {
 std::string nom(const char* texte, const char** fin = nullptr, int* r = nullptr) {
@@ -67,9 +68,7 @@ TEST(Scanner, CommentsHeadersAndData) {
   const char* p = sauter_commentaires(" \n /* a\n b */\t x", &lignes);
   EXPECT_STREQ(p, "x");
   EXPECT_EQ(lignes, 2);
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(sauter_commentaires("/* ouvert", &lignes), nullptr);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "M64\n");
+  EXPECT_EQ(sortie_de([&] { EXPECT_EQ(sauter_commentaires("/* ouvert", &lignes), nullptr); }), "M64\n");
   lignes = 0;
   EXPECT_STREQ(sauter_entete("#define A 1\n/* c */\n#x\nf()", &lignes), "f()");
   EXPECT_EQ(lignes, 3);
@@ -119,9 +118,7 @@ TEST(Scanner, CleaningKeepsStringsMarksAndLines) {
   EXPECT_STREQ(s.c_str(), "a = 1\n\nb = \"/* s */\"\n\3\2\1\1\1c");
   EXPECT_EQ(lignes, 4);
   std::string ouverte = "x = \"abc\ny";
-  testing::internal::CaptureStdout();
-  EXPECT_EQ(nettoyer_texte(ouverte.data(), &lignes), -1);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "M83\n");
+  EXPECT_EQ(sortie_de([&] { EXPECT_EQ(nettoyer_texte(ouverte.data(), &lignes), -1); }), "M83\n");
 }
 
 TEST(Scanner, LineMarks) {

@@ -61,17 +61,13 @@ TEST(Kom, ValueListsAndStates) {
   EXPECT_EQ(valeurs(2)[0], 1.f);
 }
 
-TEST(Kom, NamesEndAtDoubleBlank) {
+TEST(Kom, NamesEndAtDoubleBlankAndMatchAtWordBoundary) {
   charge();
   EXPECT_STREQ(mot_nom(0, 3), "a");
   EXPECT_STREQ(mot_nom_long(0, 3), "b");
   EXPECT_STREQ(mot_nom_long(0, 1), "Volume");
   EXPECT_STREQ(mot_nom_long(0, 2), "lum");
   EXPECT_EQ(mot_cherche("c"), nullptr);
-}
-
-TEST(Kom, SearchByNameAtWordBoundary) {
-  charge();
   EXPECT_EQ(mot_cherche("vol(1)"), mot_entree(0, 1));
   EXPECT_EQ(mot_cherche("volume 2"), mot_entree(0, 1));
   EXPECT_EQ(mot_cherche("volx"), nullptr);
@@ -84,13 +80,6 @@ TEST(Kom, SearchByNameAtWordBoundary) {
   ASSERT_EQ(kom_analyse("|0: NIL Nil\n0 0 0 0 .\n", 1), 0);
   EXPECT_EQ(mot_cherche("NIL;"), mot_entree(1, 0));
   EXPECT_EQ(mot_cherche("Nil;"), nullptr);
-}
-
-TEST(Kom, IndexSortedWithPrefixFirst) {
-  charge();
-  std::vector<std::string> noms;
-  for (int i = 0; i < vocab.tables[0].nb; ++i) noms.push_back(mot_nom(0, vocab.tables[0].index[i]));
-  EXPECT_EQ(noms, (std::vector<std::string>{"?4", "a", "lum", "vo", "vol", "zz"}));
 }
 
 TEST(Kom, IndexIsTheExchangeSortsOrderOnRandomNames) {

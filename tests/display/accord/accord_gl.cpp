@@ -160,18 +160,6 @@ std::vector<unsigned char> image_logiciel(const Scene& s) {
 
 void compare(const Scene& s, double ecart_max = 0.5, double part_max = 0.01) {
   auto a = image_gl(s), b = image_logiciel(s);
-  if (const char* d = getenv("ACCORD_DIR")) {
-    static int n = 0;
-    ++n;
-    for (int k = 0; k < 2; ++k) {
-      std::string f = std::string(d) + "/" + std::to_string(n) + (k ? "_log.ppm" : "_gl.ppm");
-      FILE* o = fopen(f.c_str(), "wb");
-      fprintf(o, "P6 %d %d 255\n", L, H);
-      auto& im = k ? b : a;
-      for (int y = H - 1; y >= 0; --y) fwrite(&im[3 * y * L], 1, 3 * L, o);
-      fclose(o);
-    }
-  }
   double somme = 0;
   long loin = 0, allumes = 0;
   for (std::size_t i = 0; i < a.size(); ++i) {
