@@ -10,7 +10,7 @@
 # CALLGRIND=0 skips the instruction counts.
 set -e
 cd "$(dirname "$0")/.."
-orvane=${ORVANE:-build/orvane}
+orvane=$(realpath "${ORVANE:-build/orvane}")  # the programs run from a temporary folder
 python=${PYTHON:-/usr/bin/python3}
 lua=${LUA:-lua5.4}
 luajit=${LUAJIT:-luajit}
@@ -130,7 +130,7 @@ median() {  # command...: the median of five self-timed runs
   printf '%s\n' "${ts[@]}" | sort -g | sed -n 3p
 }
 # The prompt shares the line with the output: keep the last number.
-ova_temps() { (cd "$tmp" && "$racine/$orvane" gra=0 ID ini=env/initb.h <"$1" |
+ova_temps() { (cd "$tmp" && "$orvane" gra=0 ID ini=env/initb.h <"$1" |
   grep -oE '[0-9]+\.[0-9]+' | tail -1); }
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { if (b == "-" || b == "" || b + 0 == 0) print "-"; else printf "%.2f", a / b }'; }
 
@@ -163,7 +163,7 @@ done
 # ---- callgrind: instructions per iteration, from two counts ---------------------
 ir() {  # file.ova: the instructions of a whole run
   (cd "$tmp" && valgrind --tool=callgrind --callgrind-out-file="$tmp/cg.out" \
-    "$racine/$orvane" gra=0 ID ini=env/initb.h <"$1" >/dev/null 2>"$tmp/cg.err")
+    "$orvane" gra=0 ID ini=env/initb.h <"$1" >/dev/null 2>"$tmp/cg.err")
   grep -oE 'Collected : [0-9]+' "$tmp/cg.err" | grep -oE '[0-9]+'
 }
 ir_lua() {
