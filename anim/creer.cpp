@@ -232,9 +232,8 @@ void vol_inter_libere(Vol_inter* v) {
 }
 
 Vol_inter* vol_inter_de(int num) {
-  // A record whose volume was deleted answers to no number.
   for (Vol_inter* v = inter.liste_inter; v; v = v->suivant)
-    if (v->num == num && v->objet) return v;
+    if (v->num == num) return v;
   return nullptr;
 }
 

@@ -4,7 +4,7 @@
 // A `Vol_inter` borrows `attr`, `som`, `fac`, the limit pointers and the
 // other attribute values from its object, taken again by
 // vols_inter_suivent whenever the objects' attributes have moved since
-// (table_objets.epoque), and dropped when its volume is deleted; it owns `som_trav`, `som_orig` (the vertices as they were at
+// (table_objets.epoque), and all dropped when its volume is deleted; it owns `som_trav`, `som_orig` (the vertices as they were at
 // the start, for "quitter sans valider"), `som_poi`, `fac_poi` and its
 // drawing record `rt`. `som_poi` and `fac_poi` hold the addresses of the
 // object's vertices as they were at the start. Records are chained from `liste_inter` to `fin_inter`; the chain
@@ -225,8 +225,7 @@ void inter_glide_pas();
 int inter_glide(int num, int n);
 
 // The borrowed pointers of a record taken again from its object; a record
-// whose volume was deleted loses them all, its drawing and its object,
-// after "n: " and message 0:9.
+// whose volume was deleted loses them all, its drawing and its object.
 void vol_inter_pointeurs(Vol_inter* v);
 // Every record's, once the objects' attributes have moved since they were
 // last taken: after anything that may run the language, and before the

@@ -146,11 +146,10 @@ float* oeil_champ(int ord, int* n) {
 }  // namespace
 
 namespace {
-// Its volume deleted, the record keeps nothing of it: it is no longer
-// drawn, picked, moved or written back, and its number names it no more.
+// Its volume deleted, the record keeps its place, its number and its own
+// values, and nothing of the volume: it is no longer drawn, picked,
+// dragged or written back.
 void perd(Vol_inter* r) {
-  std::printf("%d: ", r->num);
-  message(0, 9);
   r->objet = nullptr;
   r->attr = nullptr;
   r->som = nullptr;
@@ -334,6 +333,7 @@ int inter_option_vol(mot* bloc, const mot* e, const mot* limite_pile) {
       vol_som_change(r->objet);
       continue;
     }
+    if (!r->objet) continue;  // its volume was deleted
     mot* a = ord == B_TIRE ? attribut_ecrit_2(r->objet, 1, B_FORCE, 1, B_TIRE, x, nv, 1)
                            : attribut_ecrit_1(r->objet, 1, ord, x, nv, 1);
     if (!a) return -1;
