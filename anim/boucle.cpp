@@ -157,7 +157,13 @@ void souris_sequence() {
 
 // The steps that belong to trajectories, dynamics and anchors.
 void trajets_avance() { trajets_pas(); }
-void dynamique_pas() { dyn::pas_dynamique(); }
+// The dynamics reads the records' limits and force: they follow what the
+// trajectories and the dynamics itself made or moved.
+void dynamique_pas() {
+  vols_inter_suivent();
+  dyn::pas_dynamique();
+  vols_inter_suivent();
+}
 void attaches_pas() {
   arbre_evalue();
   nappes_pas();
@@ -285,6 +291,8 @@ int interaction_debut(const ArgsInter& a) {
   if (!echec) nappes_resout();
   // 7.
   if (!echec && interaction_anc() < 0) echec = true;
+  // The records' pointers are as the objects stand now.
+  inter.epoque = table_objets.epoque;
   if (echec) {
     // Nothing starts: the partial records go, the shell has the events.
     interaction_fin();
@@ -339,6 +347,9 @@ int interaction_debut(const ArgsInter& a) {
 
 int interaction_image() {
   if (!inter.en_cours) return -1;
+  // Lines typed at the console since the last frame may have changed the
+  // volumes.
+  vols_inter_suivent();
   if (!inter.en_attente) {
     // 1-3.
     if (inter_liste(0) < 0) return fin_frame();
@@ -400,6 +411,7 @@ int interaction_image() {
   if (inter_cles() < 0) return inter.en_cours ? 0 : -1;
   if (!inter.en_cours) return -1;
   // 25-26.
+  vols_inter_suivent();
   if (inter.nb_traces > 0) traces_pas();
   if (fen.clavier[0] != '<' && fen.clavier[0] != '!') clavier_vide();
   // 27-29. The pixels are read before the swap: the back buffer holds the

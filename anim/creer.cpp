@@ -64,8 +64,7 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
     const mot n = static_cast<mot>(v->nb_som * d);
     v->som_trav = bloc_alloue(4 + n);
     v->som_orig = bloc_alloue(4 + n);
-    v->som_poi = bloc_alloue(4 + 3 * v->nb_som);
-    if (!v->som_trav || !v->som_orig || !v->som_poi) {
+    if (!v->som_trav || !v->som_orig || vol_inter_adresses(v) < 0) {
       echec(v, "som", num);
       return nullptr;
     }
@@ -73,9 +72,6 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
       c[1] = BLOC_REEL, c[2] = v->nb_som, c[3] = d;
       std::memcpy(c + 4, s, sizeof(float) * static_cast<std::size_t>(n));
     }
-    v->som_poi[1] = BLOC_ENTIER, v->som_poi[2] = v->nb_som, v->som_poi[3] = 3;
-    for (int k = 0; k < v->nb_som; ++k)
-      for (int j = 0; j < 3; ++j) v->som_poi[4 + 3 * k + j] = ptr_vers_mot(s + static_cast<long>(k) * d + (j < d ? j : 0));
   }
   // 4. A cloud of points stops here.
   if (v->rendu < 0) return v;
@@ -206,6 +202,23 @@ Vol_inter* interaction_creer_1(Objet* o, int option) {
   return v;
 }
 
+int vol_inter_adresses(Vol_inter* v) {
+  bloc_libere(v->som_poi);
+  bloc_libere(v->fac_poi);
+  v->som_poi = v->fac_poi = nullptr;
+  if (!v->som || v->nb_som < 1) return 0;
+  const int d = v->stride;
+  v->som_poi = bloc_alloue(4 + 3 * v->nb_som);
+  if (!v->som_poi) return -1;
+  v->som_poi[1] = BLOC_ENTIER, v->som_poi[2] = v->nb_som, v->som_poi[3] = 3;
+  for (int k = 0; k < v->nb_som; ++k)
+    for (int j = 0; j < 3; ++j)
+      v->som_poi[4 + 3 * k + j] = ptr_vers_mot(v->som + static_cast<long>(k) * d + (j < d ? j : 0));
+  // Faces that name a vertex the volume no longer has get no addresses.
+  if (v->fac && v->nb_fac > 0) v->fac_poi = ad_poi_facette(v->fac, v->som, d, v->nb_som);
+  return 0;
+}
+
 void vol_inter_libere(Vol_inter* v) {
   if (!v) return;
   bloc_libere(v->som_trav);
@@ -268,7 +281,8 @@ void vol_inter_restaure(Vol_inter* v) {
   if (!v->som_orig) return;
   int ns = 0, d = 3;
   reel* s = vol_som(v->objet, &ns, &d);
-  if (s && ns == v->nb_som && d == v->stride) {
+  // The start's copy goes back only over vertices of its own shape.
+  if (s && ns == v->som_orig[2] && d == v->som_orig[3]) {
     std::memcpy(s, v->som_orig + 4, sizeof(float) * static_cast<std::size_t>(ns) * d);
     vol_som_change(v->objet);
   }

@@ -1,8 +1,10 @@
 // Private to the live scene: the working record of a volume, the hook
 // table, the attached program lists and the state of the running loop.
 //
-// A `Vol_inter` borrows `attr`, `som`, `fac` and the limit pointers from
-// its object; it owns `som_trav`, `som_orig` (the vertices as they were at
+// A `Vol_inter` borrows `attr`, `som`, `fac`, the limit pointers and the
+// other attribute values from its object, taken again by
+// vols_inter_suivent whenever the objects' attributes have moved since
+// (table_objets.epoque), and all dropped when its volume is deleted; it owns `som_trav`, `som_orig` (the vertices as they were at
 // the start, for "quitter sans valider"), `som_poi`, `fac_poi` and its
 // drawing record `rt`. `som_poi` and `fac_poi` hold the addresses of the
 // object's vertices as they were at the start. Records are chained from `liste_inter` to `fin_inter`; the chain
@@ -169,6 +171,7 @@ struct Inter {
   int nb_mem = 0;
   int mem_vols[64] = {};
   bool quitter_sans_valider = false;
+  std::uint32_t epoque = 0;  // table_objets.epoque the records' pointers were taken at
 };
 extern Inter inter;
 
@@ -221,8 +224,16 @@ void inter_mouvement(int x, int y);
 void inter_glide_pas();
 int inter_glide(int num, int n);
 
-// The borrowed pointers of a record taken again from its object.
+// The borrowed pointers of a record taken again from its object; a record
+// whose volume was deleted loses them all, its drawing and its object.
 void vol_inter_pointeurs(Vol_inter* v);
+// Every record's, once the objects' attributes have moved since they were
+// last taken: after anything that may run the language, and before the
+// frame's steps and the mouse use them. One comparison when nothing moved.
+void vols_inter_suivent();
+// The addresses of the record's vertices and of its faces' vertices
+// (som_poi, fac_poi), made again; -1 when a block could not be had.
+int vol_inter_adresses(Vol_inter* v);
 // The keywords that read or write a record's value of the same name, the
 // kept ones and the panels; 1 when the keyword is none of them.
 int inter_option_vol(mot* bloc, const mot* e, const mot* limite);

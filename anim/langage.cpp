@@ -1,5 +1,6 @@
 // The language inside the frame: the hooks, the attached program lists and
-// the lines typed after "!". A hook runs as a call built on the evaluation
+// the lines typed after "!". Whatever the language ran, the records then
+// take again what it may have moved of their volumes. A hook runs as a call built on the evaluation
 // stack, the stacks reset first as the shell does at the top level: no
 // text is compiled and nothing is allocated for it.
 #include <cstring>
@@ -39,6 +40,7 @@ int inter_lance_args(Objet* f, const float* args, int n) {
   piles.eva_haut = appel + appel[0];
   int r = appeler_fonction(appel, false);
   piles.eva_haut = appel;
+  vols_inter_suivent();
   std::fflush(stdout);
   return r < 0 ? -1 : 0;
 }
@@ -59,6 +61,7 @@ int inter_liste(int i) {
     piles.eva_haut = b + n->phrase[0];
     int r = executer_phrase(b);
     piles.eva_haut = b;
+    vols_inter_suivent();
     if (r < 0) return -1;
     if (!inter.en_cours) return 0;
   }
@@ -93,6 +96,7 @@ void inter_listes_libere() {
 int inter_ligne(const char* texte) {
   sommet();
   int r = executer_texte(texte);
+  vols_inter_suivent();
   std::fflush(stdout);
   return r;
 }

@@ -97,6 +97,7 @@ int inter_pick(int x, int y, bool selectionne) {
 
 void inter_souris(int bouton, int etat, int x, int y) {
   if (!inter.en_cours) return;
+  vols_inter_suivent();
   if (etat == 0) {
     if (bouton == 0 && !inter.souris_active && cmd_vol(inter.cmd_souris)) {
       inter.pick_x = x, inter.pick_y = y;
@@ -110,6 +111,7 @@ void inter_souris(int bouton, int etat, int x, int y) {
 
 void inter_mouvement(int x, int y) {
   if (!inter.en_cours) return;
+  vols_inter_suivent();
   if (fen.bouton == 1) {
     oeil_courant.foc = x * 2.99f / (fen.dimx > 0 ? fen.dimx : 1) + 0.01f;
     return;

@@ -3,7 +3,9 @@
 // of the record is read (the first volume's) or written (every volume's).
 // A value the record does not hold itself is the volume's attribute of the
 // keyword's name, which the record borrows: the record's borrowed pointers
-// are taken again after each write, since a write may move that attribute.
+// are taken again after each write, since a write may move that attribute
+// (and after anything else that moves or removes attributes, through
+// vols_inter_suivent).
 // What belongs to the trajectories, the dynamics and the anchors is read
 // and kept; the panels print the records' values at the console.
 #include <cmath>
@@ -143,10 +145,50 @@ float* oeil_champ(int ord, int* n) {
 }
 }  // namespace
 
+namespace {
+// Its volume deleted, the record keeps its place, its number and its own
+// values, and nothing of the volume: it is no longer drawn, picked,
+// dragged or written back.
+void perd(Vol_inter* r) {
+  r->objet = nullptr;
+  r->attr = nullptr;
+  r->som = nullptr;
+  r->nb_som = r->nb_fac = r->nb_seg = 0;
+  r->fac = r->seg = r->voisin = r->normale_som = r->normale_fac = r->coe = r->tex_som = nullptr;
+  r->mappe = nullptr;
+  r->force_frame = r->trace = nullptr;
+  r->lim_dep = r->lim_rayon = r->lim_anc = r->lim_rota = r->lim_rotx = r->lim_roty = r->lim_rotz = nullptr;
+  r->actif = 0;
+  vol_inter_adresses(r);
+  vol_rt_libere(r->rt);
+  r->rt = nullptr;
+}
+}  // namespace
+
 void vol_inter_pointeurs(Vol_inter* r) {
   Objet* o = r->objet;
   if (!o) return;
+  // The table entry may have been freed, or taken since by another object.
+  if (o->env != 1 || o->type != B_VOL || o->numero != r->num) return perd(r);
   r->attr = o->donnees;
+  // The vertices and faces: the addresses made of them follow when they
+  // moved.
+  int ns = 0, d = 3;
+  reel* s = vol_som(o, &ns, &d);
+  mot* fac = r->rendu < 0 ? nullptr : vol_fac(o);
+  const bool bouge = s != r->som || ns != r->nb_som || d != r->stride || fac != r->fac;
+  r->som = s, r->nb_som = s ? ns : 0, r->stride = d;
+  r->fac = fac, r->nb_fac = fac ? fac[2] : 0;
+  if (bouge) vol_inter_adresses(r);
+  const mot knf[4] = {1, B_NORMALE, 1, B_FAC}, kns[4] = {1, B_NORMALE, 1, B_SOMMET}, kseg[2] = {1, B_SEGMENT},
+            kv[6] = {1, B_VOISIN, 1, B_FAC, 1, B_SOMMET};
+  if (r->normale_fac) r->normale_fac = vol_valeur(o, 2, knf);
+  if (r->normale_som) r->normale_som = vol_valeur(o, 2, kns);
+  if (r->voisin) r->voisin = vol_valeur(o, 3, kv);
+  if (r->seg) {
+    r->seg = vol_valeur(o, 1, kseg);
+    r->nb_seg = r->seg ? r->seg[2] : 0;
+  }
   const mot kc[2] = {1, B_COUL_}, kt[2] = {1, B_TEX_SOM}, km[2] = {1, B_MAPPE};
   r->coe = vol_valeur(o, 1, kc);
   r->tex_som = vol_valeur(o, 1, kt);
@@ -163,6 +205,13 @@ void vol_inter_pointeurs(Vol_inter* r) {
   const mot ktr[2] = {1, B_TRACE_};
   const mot* t = inter.nb_traces > 0 ? vol_valeur(o, 1, ktr) : nullptr;
   r->trace = t && t[1] == BLOC_REEL && t[0] - 4 >= inter.nb_traces * 16 ? reels(const_cast<mot*>(t) + 4) : nullptr;
+}
+
+void vols_inter_suivent() {
+  if (inter.epoque == table_objets.epoque) return;
+  inter.epoque = table_objets.epoque;
+  for (Vol_inter* r = inter.liste_inter; r; r = r->suivant) vol_inter_pointeurs(r);
+  std::fflush(stdout);
 }
 
 int inter_option_vol(mot* bloc, const mot* e, const mot* limite_pile) {
@@ -284,6 +333,7 @@ int inter_option_vol(mot* bloc, const mot* e, const mot* limite_pile) {
       vol_som_change(r->objet);
       continue;
     }
+    if (!r->objet) continue;  // its volume was deleted
     mot* a = ord == B_TIRE ? attribut_ecrit_2(r->objet, 1, B_FORCE, 1, B_TIRE, x, nv, 1)
                            : attribut_ecrit_1(r->objet, 1, ord, x, nv, 1);
     if (!a) return -1;

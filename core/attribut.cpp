@@ -82,6 +82,7 @@ mot* cle_ecrit(Objet* o, int n, const mot* cle, const reel* v, int nv, int mode)
   remplit(b, n, cle, v, nv);
   o->donnees[pos] = ptr_vers_mot(b);
   bloc_supprime(a);
+  attributs_bougent();
   return b;
 }
 
@@ -109,6 +110,7 @@ int cle_enleve(Objet* o, bool affiche, int n, const mot* cle, const char* avant)
     r = -1;
   }
   bloc_supprime(a);
+  attributs_bougent();
   if (affiche) {
     std::fputs(avant, stdout);
     for (int j = 0; j < n; ++j)

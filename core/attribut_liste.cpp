@@ -32,6 +32,7 @@ int liste_ajoute(Objet* o, mot* ptr) {
   m[lg] = ptr_vers_mot(ptr);
   o->donnees = m;
   bloc_libere(l);
+  attributs_bougent();
   return lg;
 }
 
@@ -44,6 +45,7 @@ mot* liste_cree(Objet* o, int n) {
   l[3] = 1;
   std::memset(l + 4, 0, sizeof(mot) * n);
   o->donnees = l;
+  attributs_bougent();
   return l;
 }
 

@@ -69,11 +69,18 @@ extern Cadre cadre;
 // Entries below this index are all taken; deletion lowers it, so creation
 // keeps first-fit order without rescanning the taken run. Entries are freed
 // only through objet_supprime and objets_vide.
+//
+// `epoque` moves on whenever an object is deleted, or one of its attributes
+// or its attribute list is released or moved: whoever keeps pointers into
+// attributes compares it with the one they were taken at, and takes them
+// again when it has moved.
 struct TableObjets {
   long libre = 0;
   long codes_retenus = 0;  // code blocks kept aside while frames run them
+  std::uint32_t epoque = 0;
 };
 extern TableObjets table_objets;
+inline void attributs_bougent() { ++table_objets.epoque; }
 
 // ---- code blocks that are running ---------------------------------------
 // The engine walks a function's code block in place, and a call's frame

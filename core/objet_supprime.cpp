@@ -38,6 +38,7 @@ void objet_supprime(Objet* o) {
       libere_nom(o);
       bloc_supprime(o->donnees);  // recursive: sub-objects go too
       bloc_libere_force(o->code);
+      attributs_bougent();
   }
   o->nom = nullptr;
   o->donnees = o->code = nullptr;

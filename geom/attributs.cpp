@@ -52,6 +52,7 @@ mot* attribut_prepare(Objet* o, int n, const mot* paires, mot lg) {
     b[1] = 0;
     o->donnees[pos] = ptr_vers_mot(b);
     bloc_supprime(a);
+    attributs_bougent();
     return b;
   }
   mot* b = attribut_nouveau(o, h + lg);

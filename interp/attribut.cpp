@@ -119,6 +119,7 @@ int ecrire_attribut(Objet* o, const Chemin& c, const mot* v) {
     if (ancien) {
       o->donnees[pos] = ptr_vers_mot(a);
       bloc_supprime(ancien);
+      attributs_bougent();
     } else if (liste_ajoute(o, a) < 0) {
       bloc_libere(a);
       return -1;
@@ -171,6 +172,7 @@ int ecrire_attribut(Objet* o, const Chemin& c, const mot* v) {
     if (ancien) {
       o->donnees[pos] = ptr_vers_mot(a);
       bloc_supprime(ancien);
+      attributs_bougent();
     } else if (liste_ajoute(o, a) < 0) {
       bloc_libere(a);
       return -1;

@@ -26,6 +26,7 @@ mot* attribut_neuf(Objet* o, int n, const mot* paires, long mots) {
   if (ancien) {
     o->donnees[pos] = ptr_vers_mot(a);
     bloc_supprime(ancien);
+    attributs_bougent();
   } else if (liste_ajoute(o, a) < 0) {
     bloc_libere(a);
     message(0, MES_ALLOCATION);

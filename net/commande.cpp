@@ -207,6 +207,7 @@ int ecrit_liste(mot* bloc, mot* valeur, const mot* limite) {
     if (ancien) {
       o->donnees[pos] = ptr_vers_mot(a);
       bloc_supprime(ancien);
+      attributs_bougent();
     } else if (liste_ajoute(o, a) < 0) {
       bloc_libere(a);
       message(0, MES_ALLOCATION);

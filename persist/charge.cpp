@@ -187,6 +187,7 @@ int table_engage(TableLue& t, int type, const OptionsFichier& opt) {
         if (attribut_trouve_pos_1(x, &pos, 1, 86) && pos > 0) {
           bloc_supprime(bloc_pointe(x->donnees[pos]));
           x->donnees[pos] = ptr_vers_mot(a);
+          attributs_bougent();
         } else if (liste_ajoute(x, a) < 0) {
           return -1;
         }

@@ -655,3 +655,89 @@ TEST_F(SceneGl, SurfaceFineDUnFilet) {
   interaction_fin();
   etats[1][45] = etat_avant;
 }
+
+// What a running record takes from its volume follows the volume between
+// frames, as typed lines change it: a limit rewritten longer (its block
+// moves) holds at the next dynamics step and mouse drag, a removed one no
+// more; the frame's force and the trace, moved or removed, are written where
+// they now are or not at all; vertices given anew are dragged where they
+// now are; a deleted volume's record keeps its place and its own values
+// but is no longer drawn or dragged, the other goes on, and the end
+// restores what remains.
+TEST_F(SceneGl, LeRecordSuitSonVolume) {
+  monde_scene(2);
+  Objet* o = objet_trouve(B_VOL, 0, 1, nullptr);
+  const float rx[2] = {-0.5f, 0.5f}, dep[6] = {-10, -10, -10, 10, 10, 10}, f0[3] = {0, 0, 0};
+  attribut_ecrit_2(o, 1, B_ROTX, 0, A_LIM, rx, 2, 1);
+  attribut_ecrit_2(o, 1, B_DEP2, 0, A_LIM, dep, 6, 1);
+  attribut_ecrit_2(o, 1, 113, 1, 130, f0, 3, 1);
+  const mot dyn_avant = etats[1][150];
+  int nd = 0;
+  reel* vd = mot_valeur(1, 150, &nd);
+  ASSERT_NE(vd, nullptr);
+  const float vd_avant = vd[0];
+  etats[1][150] = 1, vd[0] = 1;
+  a.nb_traces = 2;
+  ASSERT_EQ(interaction_debut(a), 0);
+  Vol_inter* v = vol_inter_de(1);
+  ASSERT_NE(v, nullptr);
+  ASSERT_EQ(interaction_image(), 0);
+  // Limits moved, then removed.
+  const float rx2[4] = {-1, 1, 0, 0};
+  attribut_ecrit_2(o, 1, B_ROTX, 0, A_LIM, rx2, 4, 1);
+  const float dep2[12] = {-5, -5, -5, 5, 5, 5};
+  attribut_ecrit_2(o, 1, B_DEP2, 0, A_LIM, dep2, 12, 1);
+  v->rotx = 500, v->pos[0] = 300;
+  ASSERT_EQ(interaction_image(), 0);
+  EXPECT_NEAR(v->rotx, 57.295776f, 1e-3);
+  EXPECT_EQ(v->pos[0], 5);
+  inter.cmd_souris = 35, inter.souris_active = 1, v->actif = 1;
+  inter.pick_x = 100;
+  attribut_ecrit_2(o, 1, B_ROTX, 0, A_LIM, rx2, 4, 1);
+  const float rx3[6] = {-2, 2};
+  attribut_ecrit_2(o, 1, B_ROTX, 0, A_LIM, rx3, 6, 1);
+  inter_mouvement(-5000, 100);
+  EXPECT_NEAR(v->rotx, 2 * 57.295776f, 1e-3);
+  const mot kx[4] = {1, B_ROTX, 0, A_LIM}, kd[4] = {1, B_DEP2, 0, A_LIM};
+  attribut_supprime(o, 2, kx);
+  attribut_supprime(o, 2, kd);
+  inter_mouvement(-5000, 100);
+  EXPECT_GT(v->rotx, 1000);
+  v->rotx = 500, v->pos[0] = 300;
+  ASSERT_EQ(interaction_image(), 0);
+  EXPECT_EQ(v->rotx, 500);
+  EXPECT_EQ(v->pos[0], 300);
+  v->actif = 0, inter.souris_active = 0;
+  // The frame's force moved: the new one is zeroed, all of its first three.
+  const float f6[6] = {5, 5, 5, 7, 7, 7};
+  attribut_ecrit_2(o, 1, 113, 1, 130, f6, 6, 1);
+  ASSERT_EQ(interaction_image(), 0);
+  const mot kf[4] = {1, 113, 1, 130};
+  EXPECT_EQ(floats(vol_valeur(o, 2, kf)), (std::vector<float>{0, 0, 0, 7, 7, 7}));
+  // The trace removed: the frames go on without it.
+  const mot kt[2] = {1, 28};
+  attribut_supprime(o, 1, kt);
+  ASSERT_EQ(interaction_image(), 0);
+  // 27 vertices in place of 8: vertex 20 dragged lands in the new block.
+  std::vector<float> s27(81, 1.f);
+  ASSERT_EQ(vol_som_ecrit(o, s27.data(), 27, 3), 0);
+  inter.cmd_souris = 95, inter.souris_active = 1, v->actif = 1, v->courant = 20;
+  inter_mouvement(130, 110);
+  EXPECT_EQ(som(1)[3 * 19], 30);
+  EXPECT_EQ(som(1)[3 * 19 + 1], 10);
+  v->actif = 0, inter.souris_active = 0;
+  ASSERT_EQ(interaction_image(), 0);
+  // Deleted: frames, a drag and the end with the other.
+  objet_supprime(o);
+  ASSERT_EQ(interaction_image(), 0);
+  v->actif = 1, inter.souris_active = 1;
+  inter_mouvement(140, 90);
+  ASSERT_EQ(interaction_image(), 0);
+  EXPECT_EQ(vol_inter_de(1), v);
+  EXPECT_EQ(v->rt, nullptr);
+  EXPECT_EQ(v->som, nullptr);
+  ASSERT_NE(vol_inter_de(2)->rt, nullptr);
+  EXPECT_EQ(sortie_de([&] { interaction_menu(1); }), "quitter sans valider\n");
+  EXPECT_EQ(objet_trouve(B_VOL, 0, 1, nullptr), nullptr);
+  etats[1][150] = dyn_avant, vd[0] = vd_avant;
+}
