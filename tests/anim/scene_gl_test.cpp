@@ -64,6 +64,21 @@ struct SceneGl : testing::Test {
     EXPECT_EQ(fen.mode_interactif, 0);
     return s;
   }
+  // The dynamics switched on for one test; its state and first value are
+  // given back after it.
+  reel* dyn_v = nullptr;
+  mot dyn_etat = 0;
+  float dyn_valeur = 0;
+  void dynamique_allumee() {
+    int n = 0;
+    reel* v = mot_valeur(1, 150, &n);
+    ASSERT_NE(v, nullptr);
+    dyn_v = v, dyn_etat = etats[1][150], dyn_valeur = v[0];
+    etats[1][150] = 1, v[0] = 1;
+  }
+  void TearDown() override {
+    if (dyn_v) etats[1][150] = dyn_etat, dyn_v[0] = dyn_valeur;
+  }
 };
 }  // namespace
 
@@ -219,12 +234,7 @@ TEST_F(SceneGl, DrapTombeSurUnCollisionneur) {
   attribut_ecrit_1(g, 1, 42, gravite, 3, 1);  // coe
   lumiere(1, {{86, {0, 400, -300}}});
   oeil_courant.oeil[0] = 0, oeil_courant.oeil[1] = 150, oeil_courant.oeil[2] = -250;
-  const mot dyn_avant = etats[1][150];
-  int nd = 0;
-  reel* vd = mot_valeur(1, 150, &nd);
-  ASSERT_NE(vd, nullptr);
-  const float vd_avant = vd[0];
-  etats[1][150] = 1, vd[0] = 1;
+  ASSERT_NO_FATAL_FAILURE(dynamique_allumee());
   ASSERT_EQ(interaction_debut(a), 0);
   std::vector<float> bas;
   std::vector<unsigned char> p1;
@@ -238,7 +248,6 @@ TEST_F(SceneGl, DrapTombeSurUnCollisionneur) {
   EXPECT_EQ(memoire.appels, appels);
   const std::vector<unsigned char> p60 = photo();
   interaction_fin();
-  etats[1][150] = dyn_avant, vd[0] = vd_avant;
   // Down at every frame until it meets the plane...
   for (int k = 1; k < 12; ++k) EXPECT_LT(bas[k], bas[k - 1]) << "frame " << k + 1;
   EXPECT_LT(bas[11], 15);
@@ -671,12 +680,7 @@ TEST_F(SceneGl, LeRecordSuitSonVolume) {
   attribut_ecrit_2(o, 1, B_ROTX, 0, A_LIM, rx, 2, 1);
   attribut_ecrit_2(o, 1, B_DEP2, 0, A_LIM, dep, 6, 1);
   attribut_ecrit_2(o, 1, 113, 1, 130, f0, 3, 1);
-  const mot dyn_avant = etats[1][150];
-  int nd = 0;
-  reel* vd = mot_valeur(1, 150, &nd);
-  ASSERT_NE(vd, nullptr);
-  const float vd_avant = vd[0];
-  etats[1][150] = 1, vd[0] = 1;
+  ASSERT_NO_FATAL_FAILURE(dynamique_allumee());
   a.nb_traces = 2;
   ASSERT_EQ(interaction_debut(a), 0);
   Vol_inter* v = vol_inter_de(1);
@@ -739,5 +743,4 @@ TEST_F(SceneGl, LeRecordSuitSonVolume) {
   ASSERT_NE(vol_inter_de(2)->rt, nullptr);
   EXPECT_EQ(sortie_de([&] { interaction_menu(1); }), "quitter sans valider\n");
   EXPECT_EQ(objet_trouve(B_VOL, 0, 1, nullptr), nullptr);
-  etats[1][150] = dyn_avant, vd[0] = vd_avant;
 }
